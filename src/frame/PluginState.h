@@ -1,0 +1,152 @@
+// Everything the plug-in remembers for the length of a host session, in one
+// object. The plug-in instance owns it and hands it by reference to every
+// subsystem; there are no other mutable globals, so a test may run as many
+// plug-ins side by side as it likes.
+//
+// This header holds plain records only. Each subsystem owns the meaning of
+// its fields; startingState() gives every field its value at start-up.
+#pragma once
+
+#include "host/Host.h"
+
+#include <string>
+#include <vector>
+
+namespace voka {
+
+inline constexpr const char* kNone = "<none>";
+inline constexpr const char* kNothingName = "NihilNadaNothing";
+inline constexpr const char* kMissingValue = "ThisIsAnERROR";
+
+// Colour-id markers of a coloring rule; never valid colour handles.
+inline constexpr Handle kRefreshEddColor = 666;
+inline constexpr Handle kSkipColor = 667;
+
+// One loaded coloring rule, in scheme order.
+struct ColorRule {
+    std::string colorName;
+    Handle colorId = 0;  // resolved per document; 666, 667 or 0 as markers
+    int style = 0;
+    int override = 0;
+    int matchAll = 0;
+    Attributes conditions;  // attribute name and the values to match
+};
+
+struct SchemeOptions {
+    int includeEddDefaults = 0;
+    int spaceDelimited = 0;
+    int ignoreCase = 0;
+    int processAllFlows = 0;
+};
+
+struct ColoringScheme {
+    SchemeOptions options;
+    std::vector<ColorRule> rules;
+    bool loaded = false;
+};
+
+// The pre-order walk shared by settings lookups, colouring, filtering and
+// validation; it must not be interleaved.
+enum class WalkDirection { Down, Across, Up };
+
+struct WalkState {
+    WalkDirection direction = WalkDirection::Down;
+    int enabled = 1;
+};
+
+struct Paths {
+    std::string folder;               // "<session dir>Brindel\"
+    std::string sharedSettings;       // BR_Settings.fm
+    std::string tempSharedSettings;   // BR_Settings_TEMPVOKA.fm
+    std::string localCopy;            // VOKA_MainSettings_LocalCopy.fm
+    std::string reportTemplate;       // BR_Plugin_Report_Template.fm
+    std::string report;               // VOKA_Plugin_Report.fm
+};
+
+struct Preferences {
+    std::string masterPath = kMissingValue;
+    std::string pendingMasterPath = kNothingName;
+    std::string externalCallDelimiter;
+    std::string extra101;
+    int extra102 = 0;
+    int autoValidate = 0;
+    int applyStrikethrough = 0;
+    int validationRuleActive[4] = {0, 0, 0, 0};
+    int filterType = 2;
+};
+
+struct ActiveNames {
+    std::string category = kNone;
+    std::string coloringScheme = kNone;
+    std::string validationScheme = kNone;
+    std::string filterScheme = kNone;
+    std::string filterName2 = kNone;
+    std::string filterName3 = kNone;
+};
+
+struct ColoringOptions {
+    int warnMissingColors = 1;
+    int saveView = 0;
+    int diagnostics = 0;
+};
+
+struct SchemeDialogOptions {
+    int showBeforeColoring = 1;
+    int showBeforeValidation = 1;
+};
+
+// The generic dialogs leave their results here for the caller.
+struct DialogState {
+    Handle status = kNoObject;  // the open status dialog, if any
+    bool listAccepted = false;
+    std::vector<std::string> editedList;
+};
+
+struct PluginState {
+    // About box and debugging.
+    std::string compileDate;
+    std::string version;
+    int debugLevel = 3;
+    int itemHidingSwitch = 0;
+    int filterPassFlag = 0;
+
+    Paths paths;
+    Preferences prefs;
+    ActiveNames active;
+
+    // Settings documents held between steps of one command (never between commands).
+    Handle sharedSettingsDoc = kNoObject;
+    Handle mainSettingsDoc = kNoObject;
+
+    // Last-error code of the settings library and the book transport (200-224).
+    int settingsError = 0;
+    int lastColoringError = 0;
+
+    // Scheme editor names and defaults.
+    std::string editorName1 = kNothingName;
+    std::string editorName2 = kNothingName;
+    std::string editorDefaultName = "Filter";
+
+    int restoreDocOption = 1;
+    int restoreBookOption = 1;
+    int overrideWarningPending = 1;
+    ColoringOptions coloringOptions;
+    int filteringOptions[4] = {1, 0, 0, 0};
+    SchemeDialogOptions schemeDialog;
+
+    std::vector<std::string> schemeEditorList;
+    std::vector<std::string> filterFileList;
+    std::vector<std::string> validationRuleList;
+
+    ColoringScheme coloring;
+    WalkState walk;
+    int cancel = 0;
+
+    DialogState dialogs;
+
+    // The client-call probe keeps its last answers as defaults.
+    std::string probeClient;
+    std::string probeMessage;
+};
+
+}  // namespace voka
