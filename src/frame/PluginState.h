@@ -98,6 +98,8 @@ struct SchemeDialogOptions {
 // The generic dialogs leave their results here for the caller.
 struct DialogState {
     Handle status = kNoObject;  // the open status dialog, if any
+    Handle choice = kNoObject;  // the open one- or two-choice dialog
+    bool accepted = false;      // the last modal generic dialog ended with OK
     bool listAccepted = false;
     std::vector<std::string> editedList;
 };
