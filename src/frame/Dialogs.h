@@ -25,6 +25,14 @@ inline constexpr int kTwoChoiceDialogNumber = 1226;
 // Buttons of the drop-down dialogs (items after the documented ones).
 inline constexpr int kOneChoiceOk = 6, kOneChoiceCancel = 7;
 inline constexpr int kTwoChoiceOk = 9, kTwoChoiceCancel = 10;
+inline constexpr int kTwoChoiceCategoryItem = 3;  // "category changed" in dialog 1226
+inline constexpr int kDropDownOk = 4, kDropDownCancel = 5;
+// The strings list editor: item 2 is the list, then its buttons.
+inline constexpr int kListItem = 2;
+inline constexpr int kListAdd = 3, kListRename = 4, kListUp = 5, kListDown = 6, kListDelete = 7;
+inline constexpr int kListOk = 8, kListCancel = 9;
+// Codes of listMove.
+inline constexpr int kMoveUp = 1, kMoveDown = 2, kMoveDelete = 5;
 
 // Status dialog.
 void openStatus(Host& host, PluginState& state, const std::string& title);
@@ -32,6 +40,7 @@ void setStatusLines(Host& host, PluginState& state, const std::string& line1, co
                     const std::string& line3, const std::string& line4);
 void closeStatus(Host& host, PluginState& state);
 // Polls Esc; on a confirmed cancel sets the settings error 210 and returns 1.
+// The caller stops its pass (and sets state.cancel when its walk needs it).
 int pollCancel(Host& host, PluginState& state);
 
 // Drop-down dialog with a check box; items 1 label, 2 text, 3 pop-up,
@@ -61,17 +70,23 @@ int showTwoChoiceDialog(Host& host, PluginState& state, int mode, const TwoChoic
 // handlers and for callers reading the result after the modal run.
 Handle openChoiceDialog(const PluginState& state);
 
-// Drop-down dialog ("br_Dialog_DDown", or the wide one for width mode 3).
+// Drop-down dialog ("br_Dialog_DDown", or the wide one for width mode 3),
+// run modally under the caller's number; the chosen index is item 3 of
+// openChoiceDialog(state), and state.dialogs.accepted tells OK.
 int showDropDownDialog(Host& host, PluginState& state, int dialogNumber, const std::string& title,
                        const std::string& label, const std::string& text,
                        const std::vector<std::string>& choices, int widthMode);
-// Strings list editor (item 2 is the list), and its wide form.
+// Strings list editor (item 2 is the list), and its wide form, run modally
+// under the caller's number. On OK the generic handler sets
+// state.dialogs.listAccepted and leaves the list in state.dialogs.editedList.
 int showStringsListEditor(Host& host, PluginState& state, int dialogNumber, const std::string& title,
                           const std::vector<std::string>& list, bool wide);
 // Edits the choices of a list item in the list editor (dialog 1223).
 int editItemList(Host& host, PluginState& state, Handle dialog, int item);
 
 // List operations on the strings list editor's list (item 2 of `dialog`).
+// Each returns the index of the entry it worked on (for a move, where the
+// entry now stands), or -1 when it did nothing.
 int listAdd(Host& host, Handle dialog, const std::string& prompt, bool allowDuplicates);
 int listMove(Host& host, Handle dialog, int code);  // 1 up, 2 down, 5 delete; -1 when refused
 int listRename(Host& host, Handle dialog, const std::string& prompt, bool allowDuplicates);
@@ -80,6 +95,12 @@ int listRename(Host& host, Handle dialog, const std::string& prompt, bool allowD
 int listEditEntry(Host& host, Handle dialog, int item, int index, const std::string& text, bool replace,
                   bool warn);
 int listRemoveEntry(Host& host, Handle dialog, int item, int index, const std::string& text);
+// Returns the entry's index in the target list, or -1.
 int listMoveBetween(Host& host, Handle dialog, int fromItem, int toItem, bool sort);
+
+// Events of the generic dialogs (1223 to 1226, and the drop-down and list
+// editor opened under a caller's number): OK and Cancel results, and the
+// list editor's buttons. Returns false when the event is not theirs.
+bool handleGenericDialogEvent(Host& host, PluginState& state, int dialogNumber, int item);
 
 }  // namespace voka

@@ -102,6 +102,11 @@ struct DialogState {
     bool accepted = false;      // the last modal generic dialog ended with OK
     bool listAccepted = false;
     std::vector<std::string> editedList;
+    // Drop-down dialogs and list editors take the caller's dialog number;
+    // it is kept so that their OK and Cancel still reach the generic handler.
+    int dropDownNumber = 0;
+    Handle listEditor = kNoObject;  // the list editor being run, if any
+    int listEditorNumber = 0;
 };
 
 struct PluginState {
@@ -122,12 +127,18 @@ struct PluginState {
 
     // Last-error code of the settings library and the book transport (200-224).
     int settingsError = 0;
+    // The settings library's shared list: typed list reads land here and
+    // typed list writes take their values from here.
+    std::vector<std::string> settingsList;
     int lastColoringError = 0;
 
     // Scheme editor names and defaults.
     std::string editorName1 = kNothingName;
     std::string editorName2 = kNothingName;
     std::string editorDefaultName = "Filter";
+    // The scheme editor's chosen category: set from the preferences at start
+    // together with the active category, then kept apart from it.
+    std::string editorCategory = kNone;
 
     int restoreDocOption = 1;
     int restoreBookOption = 1;

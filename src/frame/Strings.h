@@ -1,0 +1,17 @@
+// Small string helpers the plug-in needs where the host's client library
+// would offer them: comparison ignoring case and the leading-digits
+// conversion that settings values are read with.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace voka {
+
+// ASCII comparison ignoring case, as the host library's compare does.
+bool equalsIgnoreCase(std::string_view a, std::string_view b);
+// The leading decimal number of the text (optional blanks and sign first),
+// 0 when it starts with anything else; clamped to the range of int.
+int leadingInteger(std::string_view text);
+
+}  // namespace voka
