@@ -1,0 +1,53 @@
+// Reading and writing the headless host's documents and books as XML files.
+//
+// A file is told apart by its root element: `voka-document` is the host's
+// full form, `voka-book` a book, anything else a content-form instance (any
+// XML vocabulary, with or without a DTD). A document is saved back in the
+// form it was read in. docs/file-formats.md describes the forms.
+//
+// Input is untrusted: nothing is fetched over the network, external entities
+// load only through XML catalogs, libxml2's entity limits stay on, and
+// malformed input yields an error naming the file, line and column, never a
+// partial document. Saves are atomic: a failed save leaves the old file as
+// it was.
+#pragma once
+
+#include "host/headless/Model.h"
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace voka::headless {
+
+struct LoadResult {
+    std::unique_ptr<Document> document;  // set for a document
+    std::unique_ptr<Book> book;          // set for a book
+    std::string error;                   // set when neither is
+    std::vector<std::string> warnings;
+};
+
+// Element kinds of content-form tags (kElementTable, kElementTableCell ...);
+// a tag not listed is a container.
+using ElementKindTable = std::map<std::string, int, std::less<>>;
+const ElementKindTable& defaultElementKinds();
+
+struct LoadOptions {
+    const ElementKindTable* elementKinds = nullptr;  // null: defaultElementKinds()
+};
+
+// Content form, full form or a book, as the root element tells.
+LoadResult loadFile(const std::string& systemPath);
+LoadResult loadFile(const std::string& systemPath, const LoadOptions& options);
+
+struct SaveResult {
+    bool ok = false;
+    std::string error;
+};
+
+// Writes the document in the form it was read in (Document::contentForm).
+SaveResult saveDocument(const Document& doc, const std::string& systemPath);
+SaveResult saveBook(const Book& book, const std::string& systemPath);
+
+}  // namespace voka::headless
