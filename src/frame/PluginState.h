@@ -109,6 +109,17 @@ struct DialogState {
     int listEditorNumber = 0;
 };
 
+struct PluginState;
+
+// Entry points of subsystems that sit above their callers (the active scheme
+// dialog is shown before colouring and validation, and loads validation
+// schemes). The plug-in sets them at start-up; null means not available.
+struct LateBoundCalls {
+    int (*showActiveSchemeDialog)(Host& host, PluginState& state, int code) = nullptr;
+    int (*readValidationScheme)(Host& host, PluginState& state, const std::string& category,
+                                const std::string& scheme, int interactive) = nullptr;
+};
+
 struct PluginState {
     // About box and debugging.
     std::string compileDate;
@@ -160,6 +171,8 @@ struct PluginState {
     // The client-call probe keeps its last answers as defaults.
     std::string probeClient;
     std::string probeMessage;
+
+    LateBoundCalls calls;
 };
 
 }  // namespace voka
