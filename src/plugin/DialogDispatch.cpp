@@ -1,0 +1,40 @@
+#include "plugin/DialogDispatch.h"
+
+#include "frame/Dialogs.h"
+
+namespace voka {
+
+namespace {
+
+using DialogHandler = void (*)(Host&, PluginState&, int item);
+
+struct DialogOwner {
+    int dialogNumber;
+    DialogHandler handler;
+};
+
+// The plug-in's own dialogs (preferences 4, filter, scheme editor, ...) are
+// attached here as their subsystems land.
+constexpr DialogOwner kOwners[] = {
+    {0, nullptr},
+};
+
+}  // namespace
+
+void dispatchDialogEvent(Host& host, PluginState& state, int dialogNumber, int item, int modifiers) {
+    if (dialogNumber == kTwoChoiceDialogNumber && item == kTwoChoiceCategoryItem) {
+        // The category changed in the active scheme dialog: its handler
+        // (activeSchemeCategoryChanged) refreshes the scheme lists; attached
+        // with the active scheme dialog.
+        return;
+    }
+    if (handleGenericDialogEvent(host, state, dialogNumber, item)) return;
+    for (const DialogOwner& owner : kOwners) {
+        if (owner.dialogNumber == dialogNumber && owner.handler != nullptr) {
+            owner.handler(host, state, item);
+            return;
+        }
+    }
+}
+
+}  // namespace voka
