@@ -4,14 +4,14 @@
 // them allocates, so the matcher may call them once per element and rule.
 #pragma once
 
+#include "frame/Strings.h"
+
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace voka {
 
-// Equality ignoring the case of ASCII letters (the host's 8-bit names).
-bool equalsIgnoreCase(std::string_view a, std::string_view b);
 // Exact comparison when `exact`, otherwise ignoring case.
 bool namesEqual(std::string_view a, std::string_view b, bool exact);
 
