@@ -1,10 +1,23 @@
 #include "plugin/CommandTable.h"
 
+#include "coloring/ColoringMenu.h"
+#include "editors/ActiveSchemeDialog.h"
 #include "plugin/FrameCommands.h"
 
 namespace voka {
 
 namespace {
+
+// The colouring commands carry their action and flags in the colouring menu table.
+template <int Command>
+void coloring(Host& host, PluginState& state) {
+    colorCommandForMenu(host, state, Command);
+}
+
+template <int DialogCode>
+void activeScheme(Host& host, PluginState& state) {
+    showActiveSchemeDialog(host, state, DialogCode);
+}
 
 // Handlers of later subsystems are attached here, one entry each.
 constexpr CommandEntry kCommands[] = {
@@ -13,18 +26,18 @@ constexpr CommandEntry kCommands[] = {
     {3, "vkp_AttributesListEditor", "Attribute Library...", "", false, nullptr},
     {4, "vkp_ColorsEditor", "Colors...", "", false, nullptr},
     {15, "vkp_PreferencesEditor", "Local Preferences...", "", false, nullptr},
-    {5, "vkp_ColorSelection", "Color Selection... (Esc 1 1)", "\\!11", false, nullptr},  // colouring action 10, 1, 1, 1
-    {6, "vkp_ColorDoc", "Color Document... (Esc 1 2)", "\\!12", false, nullptr},        // colouring action 13, 1, 1, 1
-    {7, "vkp_ColorBook", "Color Book...", "", false, nullptr},                          // colouring action 14, 1, 1, 1
-    {20, "vkp_UnColorDoc", "Uncolor Document... (Esc 1 3)", "\\!13", true, nullptr},    // colouring action 15, 0, 1, 0
-    {21, "vkp_UnColorBook", "Uncolor Book...", "", true, nullptr},                      // colouring action 16, 0, 1, 0
-    {8, "vkp_SetColorScheme", "Set Active Scheme...", "", false, nullptr},              // active scheme dialog 17
+    {5, "vkp_ColorSelection", "Color Selection... (Esc 1 1)", "\\!11", false, coloring<5>},
+    {6, "vkp_ColorDoc", "Color Document... (Esc 1 2)", "\\!12", false, coloring<6>},
+    {7, "vkp_ColorBook", "Color Book...", "", false, coloring<7>},
+    {20, "vkp_UnColorDoc", "Uncolor Document... (Esc 1 3)", "\\!13", true, coloring<20>},
+    {21, "vkp_UnColorBook", "Uncolor Book...", "", true, coloring<21>},
+    {8, "vkp_SetColorScheme", "Set Active Scheme...", "", false, activeScheme<17>},
     {9, "vkp_FilterDoc", "Filter Document...", "", false, nullptr},                     // filter mode 3
     {10, "vkp_FilterBook", "Filter Book...", "", false, nullptr},                       // filter mode 4
     {11, "vkp_ValidateSelection", "Validate Selection...", "", false, nullptr},         // validation 21, 0
     {12, "vkp_ValidateDoc", "Validate Document...", "", false, nullptr},                // validation 22, 1
     {13, "vkp_ValidateBook", "Validate Book...", "", false, nullptr},                   // validation 23, 1
-    {14, "vkp_SetValScheme", "Set Active Scheme...", "", false, nullptr},               // active scheme dialog 24
+    {14, "vkp_SetValScheme", "Set Active Scheme...", "", false, activeScheme<24>},
     {16, "vkp_RestoreDoc", "Restore Document...", "", false, nullptr},                  // restore, restoreDocOption
     {17, "vkp_RestoreBook", "Restore Book...", "", false, nullptr},                     // restore, restoreBookOption
     {18, "vkp_MigrateQRV", "Migrate Quorvane Settings...", "", false, nullptr},

@@ -1,5 +1,6 @@
 #include "plugin/DialogDispatch.h"
 
+#include "editors/ActiveSchemeDialog.h"
 #include "frame/Dialogs.h"
 
 namespace voka {
@@ -23,9 +24,9 @@ constexpr DialogOwner kOwners[] = {
 
 void dispatchDialogEvent(Host& host, PluginState& state, int dialogNumber, int item, int modifiers) {
     if (dialogNumber == kTwoChoiceDialogNumber && item == kTwoChoiceCategoryItem) {
-        // The category changed in the active scheme dialog: its handler
-        // (activeSchemeCategoryChanged) refreshes the scheme lists; attached
-        // with the active scheme dialog.
+        // The two-choice dialog is the active scheme dialog: a new category
+        // needs its scheme list.
+        activeSchemeCategoryChanged(host, state);
         return;
     }
     if (handleGenericDialogEvent(host, state, dialogNumber, item)) return;

@@ -1,5 +1,6 @@
 #include "plugin/Startup.h"
 
+#include "editors/ActiveSchemeDialog.h"
 #include "frame/Alerts.h"
 #include "frame/Dialogs.h"
 #include "frame/Paths.h"
@@ -28,6 +29,7 @@ bool runStartup(Host& host, PluginState& state) {
     state.itemHidingSwitch = 0;
     state.filterPassFlag = 0;
     state.debugLevel = kShippedDebugLevel;
+    installActiveSchemeDialog(state);
 
     openStatus(host, state, "Initializing the VOKA plugin...");
     showStep(host, state, "Initializing variables");
