@@ -1,26 +1,116 @@
 #include "host/headless/persist/Persist.h"
 
+#include "host/headless/persist/AtomicFile.h"
+#include "host/headless/persist/BookFile.h"
+#include "host/headless/persist/ContentLoad.h"
+#include "host/headless/persist/ContentSave.h"
+#include "host/headless/persist/FullLoad.h"
+#include "host/headless/persist/FullSave.h"
+#include "host/headless/persist/XmlOut.h"
+#include "host/headless/persist/XmlParse.h"
+
+#include <cstring>
+#include <functional>
+
 namespace voka::headless {
 
-const ElementKindTable& defaultElementKinds() {
-    static const ElementKindTable kinds;
-    return kinds;
-}
+namespace {
 
-LoadResult loadFile(const std::string& systemPath) { return loadFile(systemPath, LoadOptions{}); }
+// Chooses the reader by the root element and hands it every event from
+// there on; what stands before the root belongs to the prolog.
+class RootDispatch final : public ParseHandler {
+public:
+    RootDispatch(const std::string& path, const ElementKindTable& kinds) : path_(path), kinds_(kinds) {}
 
-LoadResult loadFile(const std::string& systemPath, const LoadOptions&) {
-    LoadResult result;
-    result.error = "Cannot load \"" + systemPath + "\": the XML loader is not built yet";
+    void startElement(ParseContext& context, const StartTag& tag) override {
+        const bool plain = tag.prefix == nullptr;
+        const char* name = reinterpret_cast<const char*>(tag.local);
+        if (plain && std::strcmp(name, "voka-document") == 0) {
+            document_ = std::make_unique<Document>();
+            reader_ = makeFullLoader(*document_);
+        } else if (plain && std::strcmp(name, "voka-book") == 0) {
+            book_ = std::make_unique<Book>();
+            reader_ = makeBookLoader(*book_, path_);
+        } else {
+            document_ = std::make_unique<Document>();
+            reader_ = makeContentLoader(*document_, kinds_);
+        }
+        context.setHandler(*reader_);
+        reader_->startElement(context, tag);
+    }
+
+    void endElement(ParseContext&) override {}
+    void characters(ParseContext&, std::string_view) override {}
+
+    std::unique_ptr<Document> document_;
+    std::unique_ptr<Book> book_;
+
+private:
+    const std::string& path_;
+    const ElementKindTable& kinds_;
+    std::unique_ptr<ParseHandler> reader_;
+};
+
+SaveResult saveAtomically(const std::string& path, const std::function<bool(XmlOut&, std::string&)>& write) {
+    SaveResult result;
+    AtomicFile file;
+    if (!beginAtomicFile(path, file, result.error)) return result;
+    XmlOut out(file.fd);
+    std::string problem;
+    if (!write(out, problem)) {
+        abandonAtomicFile(file);
+        result.error = "Cannot save \"" + path + "\": " + problem;
+        return result;
+    }
+    if (!out.flush()) {
+        abandonAtomicFile(file);
+        result.error = "Cannot save \"" + path + "\": " + std::strerror(out.error());
+        return result;
+    }
+    result.ok = commitAtomicFile(file, result.error);
     return result;
 }
 
-SaveResult saveDocument(const Document&, const std::string& systemPath) {
-    return {false, "Cannot save \"" + systemPath + "\": the XML writer is not built yet"};
+}  // namespace
+
+LoadResult loadFile(const std::string& systemPath) { return loadFile(systemPath, LoadOptions{}); }
+
+LoadResult loadFile(const std::string& systemPath, const LoadOptions& options) {
+    LoadResult result;
+    RootDispatch dispatch(systemPath, options.elementKinds ? *options.elementKinds : defaultElementKinds());
+    ParseIssues issues = parseFile(systemPath, dispatch);
+    result.warnings = std::move(issues.warnings);
+    if (!issues.error.empty()) {
+        result.error = std::move(issues.error);
+        return result;
+    }
+    result.document = std::move(dispatch.document_);
+    result.book = std::move(dispatch.book_);
+    if (!result.document && !result.book) result.error = systemPath + ": no root element";
+    return result;
 }
 
-SaveResult saveBook(const Book&, const std::string& systemPath) {
-    return {false, "Cannot save \"" + systemPath + "\": the XML writer is not built yet"};
+SaveResult saveDocument(const Document& doc, const std::string& systemPath) {
+    // Offsets are only right once deletions still pending are applied.
+    std::unique_ptr<Document> settled;
+    const Document* source = &doc;
+    if (doc.hasPendingCuts()) {
+        settled = std::make_unique<Document>(doc);
+        settled->applyCuts();
+        source = settled.get();
+    }
+    return saveAtomically(systemPath, [&](XmlOut& out, std::string& problem) {
+        if (source->contentForm) return writeContentForm(out, *source, problem);
+        writeFullForm(out, *source);
+        return true;
+    });
+}
+
+SaveResult saveBook(const Book& book, const std::string& systemPath) {
+    return saveAtomically(systemPath, [&](XmlOut& out, std::string&) {
+        writeBook(out, book, systemPath);
+        return true;
+    });
 }
 
 }  // namespace voka::headless

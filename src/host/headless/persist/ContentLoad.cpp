@@ -1,0 +1,293 @@
+#include "host/headless/persist/ContentLoad.h"
+
+#include "host/headless/persist/ContentExtras.h"
+
+#include <libxml/tree.h>
+#include <libxml/valid.h>
+
+#include <limits>
+#include <unordered_map>
+
+namespace voka::headless {
+
+namespace {
+
+const char* str(const xmlChar* s) { return reinterpret_cast<const char*>(s); }
+
+std::string qualified(const xmlChar* prefix, const xmlChar* name) {
+    if (!prefix) return str(name);
+    return std::string(str(prefix)) + ":" + str(name);
+}
+
+// Parser names are interned, so a pair of pointers is a name's identity.
+struct NameKey {
+    const void* owner;  // a definition index or a marker, widened
+    const void* prefix;
+    const void* local;
+    bool operator==(const NameKey&) const = default;
+};
+
+struct NameKeyHash {
+    std::size_t operator()(const NameKey& k) const {
+        auto h = std::hash<const void*>{};
+        return h(k.owner) * 31 + h(k.prefix) * 17 + h(k.local);
+    }
+};
+
+const void* widen(Index index) { return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(index) + 1); }
+
+// Kinds of DTD attribute types: the model keeps one string per value, so
+// only what a definition can use differently is told apart.
+int kindOfDeclared(xmlAttributeType type) {
+    switch (type) {
+        case XML_ATTRIBUTE_ID: return kAttrUniqueId;
+        case XML_ATTRIBUTE_IDREF: return kAttrIdRef;
+        case XML_ATTRIBUTE_IDREFS: return kAttrIdRefs;
+        case XML_ATTRIBUTE_ENUMERATION:
+        case XML_ATTRIBUTE_NOTATION: return kAttrChoices;
+        case XML_ATTRIBUTE_CDATA:
+        case XML_ATTRIBUTE_ENTITY:
+        case XML_ATTRIBUTE_ENTITIES:
+        case XML_ATTRIBUTE_NMTOKEN:
+        case XML_ATTRIBUTE_NMTOKENS: return kAttrString;
+    }
+    return kAttrString;
+}
+
+constexpr std::uint8_t kTitleInTable = 1;
+constexpr std::uint8_t kTitleElsewhere = 2;
+
+class ContentLoader final : public ParseHandler {
+public:
+    ContentLoader(Document& doc, const ElementKindTable& kinds) : doc_(doc), kinds_(kinds) {
+        Flow flow;
+        flow.name = "A";
+        flow.main = true;
+        doc_.flows.push_back(std::move(flow));
+        doc_.contentForm = true;
+        doc_.ensureStandardCatalogue();
+    }
+
+    void startElement(ParseContext& context, const StartTag& tag) override {
+        if (!rootSeen_) {
+            rootSeen_ = true;
+            keepProlog(context);
+            readDtd(context);
+        }
+        const Index definition = definitionOf(tag);
+        const Index parent = open_.empty() ? kNil : open_.back();
+        noteTitleUse(definition, parent);
+        const Index index = doc_.appendElement(definition, parent, 0);
+        const auto slotsBegin = doc_.attributeSlots.size();
+        for (int i = 0; i < tag.namespaceCount; ++i) {
+            const std::uint32_t position = positionOf(definition, &kNamespaceOwner, tag.namespaces[2 * i], [&] {
+                return tag.namespaceName(i);
+            });
+            doc_.attributeSlots.push_back(AttributeSlot{position, doc_.values.internSingle(tag.namespaceUri(i))});
+        }
+        for (int i = 0; i < tag.attributeCount; ++i) {
+            const xmlChar* const* a = tag.attributes + 5 * i;
+            const std::uint32_t position = positionOf(definition, a[1], a[0], [&] { return tag.attributeName(i); });
+            doc_.attributeSlots.push_back(AttributeSlot{position, doc_.values.internSingle(tag.attributeValue(i))});
+        }
+        const auto count = doc_.attributeSlots.size() - slotsBegin;
+        if (count > std::numeric_limits<std::uint16_t>::max()) {
+            context.fail("too many attributes on one element");
+            return;
+        }
+        Element& element = doc_.elements[index];
+        element.attributesBegin = static_cast<std::uint32_t>(slotsBegin);
+        element.attributesCount = static_cast<std::uint16_t>(count);
+        element.begin = element.end = textSize();
+        open_.push_back(index);
+    }
+
+    void endElement(ParseContext&) override {
+        if (open_.empty()) return;
+        doc_.elements[open_.back()].end = textSize();
+        open_.pop_back();
+        if (open_.empty()) rootClosed_ = true;
+    }
+
+    void characters(ParseContext& context, std::string_view text) override {
+        std::string& flowText = doc_.flows[0].text;
+        if (flowText.size() + text.size() > std::numeric_limits<std::uint32_t>::max()) {
+            context.fail("the document's text is longer than 4 GB");
+            return;
+        }
+        flowText.append(text);
+    }
+
+    void comment(ParseContext&, std::string_view text) override {
+        keepMarkup("<!--" + std::string(text) + "-->");
+    }
+
+    void instruction(ParseContext& context, std::string_view target, std::string_view data) override {
+        if (isContentExtra(target)) {
+            extras_.push_back(Extra{std::string(target), std::string(data), context.line(), context.column()});
+            return;
+        }
+        std::string markup = "<?" + std::string(target);
+        if (!data.empty()) markup += " " + std::string(data);
+        keepMarkup(markup + "?>");
+    }
+
+    void finish(ParseContext& context) override {
+        ContentExtrasReader reader(doc_);
+        for (const Extra& extra : extras_) {
+            std::string problem;
+            if (reader.apply(extra.target, extra.data, problem)) continue;
+            context.issues().warnings.push_back(context.path() + ":" + std::to_string(extra.line) + ":" +
+                                                std::to_string(extra.column) + ": ignored <?" + extra.target +
+                                                "?>: " + problem);
+        }
+        settleTitleKinds();
+    }
+
+private:
+    struct Extra {
+        std::string target;
+        std::string data;
+        int line;
+        int column;
+    };
+
+    static inline const char kNamespaceOwner = 0;
+
+    std::uint32_t textSize() const { return static_cast<std::uint32_t>(doc_.flows[0].text.size()); }
+
+    int kindOf(std::string_view tag) const {
+        auto found = kinds_.find(tag);
+        return found == kinds_.end() ? kElementContainer : found->second;
+    }
+
+    Index definitionFor(const std::string& tag) { return doc_.definitionFor(tag, kindOf(tag)); }
+
+    Index definitionOf(const StartTag& tag) {
+        NameKey key{nullptr, tag.prefix, tag.local};
+        auto found = definitions_.find(key);
+        if (found != definitions_.end()) return found->second;
+        Index index = definitionFor(tag.qualifiedName());
+        definitions_.emplace(key, index);
+        return index;
+    }
+
+    template <class Name>
+    std::uint32_t positionOf(Index definition, const void* prefix, const void* local, Name name) {
+        NameKey key{widen(definition), prefix, local};
+        auto found = positions_.find(key);
+        if (found != positions_.end()) return found->second;
+        std::uint32_t position = doc_.attributePosition(definition, name());
+        positions_.emplace(key, position);
+        return position;
+    }
+
+    // The prolog is kept byte for byte, so the DOCTYPE and its internal
+    // subset come back as they were written. Input in another encoding is
+    // saved as UTF-8, with a prolog rebuilt from the DTD libxml2 read.
+    void keepProlog(ParseContext& context) {
+        if (!context.converted()) {
+            std::string bytes;
+            if (context.readPrefix(context.consumed(), bytes)) {
+                auto tagStart = bytes.rfind('<');
+                if (tagStart != std::string::npos) {
+                    doc_.contentProlog = bytes.substr(0, tagStart);
+                    return;
+                }
+            }
+        }
+        doc_.contentProlog = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
+        xmlDocPtr dtdDoc = context.parser()->myDoc;
+        if (!dtdDoc || !dtdDoc->intSubset) return;
+        xmlBufferPtr buffer = xmlBufferCreate();
+        if (!buffer) return;
+        xmlNodeDump(buffer, dtdDoc, reinterpret_cast<xmlNodePtr>(dtdDoc->intSubset), 0, 0);
+        doc_.contentProlog.append(str(xmlBufferContent(buffer)), static_cast<std::size_t>(xmlBufferLength(buffer)));
+        doc_.contentProlog += "\n";
+        xmlBufferFree(buffer);
+    }
+
+    // Declared elements and attributes in declaration order, the internal
+    // subset first: its attribute declarations win, as in XML.
+    void readDtd(ParseContext& context) {
+        xmlDocPtr dtdDoc = context.parser()->myDoc;
+        if (!dtdDoc) return;
+        for (xmlDtdPtr dtd : {dtdDoc->intSubset, dtdDoc->extSubset}) {
+            if (!dtd) continue;
+            for (xmlNodePtr node = dtd->children; node; node = node->next) {
+                if (node->type == XML_ELEMENT_DECL) {
+                    auto* element = reinterpret_cast<xmlElementPtr>(node);
+                    definitionFor(qualified(element->prefix, element->name));
+                } else if (node->type == XML_ATTRIBUTE_DECL) {
+                    declareAttribute(reinterpret_cast<xmlAttributePtr>(node));
+                }
+            }
+        }
+    }
+
+    void declareAttribute(xmlAttributePtr declared) {
+        Index definition = definitionFor(str(declared->elem));
+        ElementDefinition& def = doc_.definitions[definition];
+        const auto before = def.attributes.size();
+        std::uint32_t position = doc_.attributePosition(definition, qualified(declared->prefix, declared->name));
+        if (doc_.definitions[definition].attributes.size() == before) return;  // declared before
+        AttributeDefinition& attribute = doc_.definitions[definition].attributes[position];
+        attribute.kind = kindOfDeclared(declared->atype);
+        for (xmlEnumerationPtr choice = declared->tree; choice; choice = choice->next)
+            attribute.choices.emplace_back(str(choice->name));
+        if (declared->defaultValue) attribute.defaults.emplace_back(str(declared->defaultValue));
+        if (declared->def == XML_ATTRIBUTE_FIXED) attribute.flags |= 4;
+    }
+
+    // A tag the table calls a table title (`title`, `caption`) is one only
+    // where it stands in tables alone; definitions are per tag, and a
+    // `title` that also heads sections stays a container.
+    void noteTitleUse(Index definition, Index parent) {
+        if (doc_.definitions[definition].type != kElementTableTitle) return;
+        if (titleUse_.size() <= definition) titleUse_.resize(definition + 1, 0);
+        bool inTable = parent != kNil && doc_.definitions[doc_.elements[parent].definition].type == kElementTable;
+        titleUse_[definition] |= inTable ? kTitleInTable : kTitleElsewhere;
+    }
+
+    void settleTitleKinds() {
+        for (std::size_t i = 0; i < doc_.definitions.size(); ++i) {
+            ElementDefinition& def = doc_.definitions[i];
+            if (def.type != kElementTableTitle) continue;
+            std::uint8_t use = i < titleUse_.size() ? titleUse_[i] : 0;
+            if (use != kTitleInTable) def.type = kElementContainer;
+        }
+    }
+
+    void keepMarkup(std::string markup) {
+        if (!rootSeen_) return;  // part of the prolog, kept byte for byte
+        ContentMarkup kept;
+        kept.markup = std::move(markup);
+        if (!rootClosed_ && !open_.empty()) {
+            const Index parent = open_.back();
+            const Element& p = doc_.elements[parent];
+            kept.parent = parent;
+            kept.after = p.lastChild;
+            const std::uint32_t from = p.lastChild == kNil ? p.begin : doc_.elements[p.lastChild].end;
+            kept.offset = textSize() - from;
+        }
+        doc_.contentMarkup.push_back(std::move(kept));
+    }
+
+    Document& doc_;
+    const ElementKindTable& kinds_;
+    std::vector<Index> open_;
+    bool rootSeen_ = false;
+    bool rootClosed_ = false;
+    std::unordered_map<NameKey, Index, NameKeyHash> definitions_;
+    std::unordered_map<NameKey, std::uint32_t, NameKeyHash> positions_;
+    std::vector<std::uint8_t> titleUse_;
+    std::vector<Extra> extras_;
+};
+
+}  // namespace
+
+std::unique_ptr<ParseHandler> makeContentLoader(Document& doc, const ElementKindTable& kinds) {
+    return std::make_unique<ContentLoader>(doc, kinds);
+}
+
+}  // namespace voka::headless

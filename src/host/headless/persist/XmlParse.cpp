@@ -1,0 +1,375 @@
+#include "host/headless/persist/XmlParse.h"
+
+#include <libxml/SAX2.h>
+#include <libxml/catalog.h>
+#include <libxml/parserInternals.h>
+#include <libxml/xmlerror.h>
+
+#include <cerrno>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace voka::headless {
+
+namespace {
+
+constexpr std::size_t kChunkSize = 256 * 1024;
+constexpr std::size_t kMaxMessages = 50;  // a broken file must not bury the first message
+
+const char* str(const xmlChar* s) { return reinterpret_cast<const char*>(s); }
+
+std::string trimmed(const char* message) {
+    std::string s = message ? message : "";
+    while (!s.empty() && (s.back() == '\n' || s.back() == ' ')) s.pop_back();
+    return s;
+}
+
+void addMessage(std::vector<std::string>& list, std::string message) {
+    if (list.size() < kMaxMessages) list.push_back(std::move(message));
+}
+
+}  // namespace
+
+// --- StartTag ----------------------------------------------------------------
+
+std::string StartTag::qualifiedName() const {
+    if (!prefix) return str(local);
+    return std::string(str(prefix)) + ":" + str(local);
+}
+
+std::string StartTag::namespaceName(int i) const {
+    const xmlChar* p = namespaces[2 * i];
+    return p ? std::string("xmlns:") + str(p) : std::string("xmlns");
+}
+
+std::string_view StartTag::namespaceUri(int i) const {
+    const xmlChar* uri = namespaces[2 * i + 1];
+    return uri ? std::string_view(str(uri)) : std::string_view();
+}
+
+std::string StartTag::attributeName(int i) const {
+    const xmlChar* const* a = attributes + 5 * i;
+    if (!a[1]) return str(a[0]);
+    return std::string(str(a[1])) + ":" + str(a[0]);
+}
+
+std::string_view StartTag::attributeValue(int i) const {
+    const xmlChar* const* a = attributes + 5 * i;
+    return std::string_view(str(a[3]), static_cast<std::size_t>(a[4] - a[3]));
+}
+
+bool StartTag::find(std::string_view name, std::string_view& value) const {
+    for (int i = 0; i < attributeCount; ++i) {
+        const xmlChar* const* a = attributes + 5 * i;
+        if (a[1] == nullptr && name == str(a[0])) {
+            value = attributeValue(i);
+            return true;
+        }
+    }
+    return false;
+}
+
+// --- ParseContext --------------------------------------------------------------
+
+ParseContext::ParseContext(const std::string& path, ParseHandler& handler) : path_(path), handler_(&handler) {}
+
+int ParseContext::line() const { return parser_ ? xmlSAX2GetLineNumber(parser_) : 0; }
+
+int ParseContext::column() const { return parser_ ? xmlSAX2GetColumnNumber(parser_) : 0; }
+
+bool ParseContext::inDtd() const { return parser_ && parser_->inSubset != 0; }
+
+std::size_t ParseContext::consumed() const {
+    long n = parser_ ? xmlByteConsumed(parser_) : -1;
+    return n < 0 ? 0 : static_cast<std::size_t>(n);
+}
+
+bool ParseContext::converted() const {
+    return parser_ && parser_->input && parser_->input->buf && parser_->input->buf->encoder;
+}
+
+bool ParseContext::readPrefix(std::size_t end, std::string& bytes) const {
+    bytes.assign(end, '\0');
+    std::size_t done = 0;
+    while (done < end) {
+        ssize_t n = ::pread(fd_, bytes.data() + done, end - done, static_cast<off_t>(done));
+        if (n < 0 && errno == EINTR) continue;
+        if (n <= 0) return false;
+        done += static_cast<std::size_t>(n);
+    }
+    return true;
+}
+
+void ParseContext::fail(const std::string& message) {
+    if (failed()) return;
+    issues_.error = path_ + ":" + std::to_string(line()) + ":" + std::to_string(column()) + ": " + message;
+    if (parser_) xmlStopParser(parser_);
+}
+
+void ParseContext::warn(const std::string& message) {
+    addMessage(issues_.warnings,
+               path_ + ":" + std::to_string(line()) + ":" + std::to_string(column()) + ": " + message);
+}
+
+// --- libxml2 callbacks -----------------------------------------------------------
+
+struct ParseCallbacks {
+    static ParseContext& of(void* ctx) {
+        return *static_cast<ParseContext*>(static_cast<xmlParserCtxtPtr>(ctx)->_private);
+    }
+
+    static void startElement(void* ctx, const xmlChar* local, const xmlChar* prefix, const xmlChar*,
+                             int namespaceCount, const xmlChar** namespaces, int attributeCount,
+                             int defaulted, const xmlChar** attributes) {
+        ParseContext& c = of(ctx);
+        if (c.failed()) return;
+        // Defaulted attributes come last; the model keeps only what the file says.
+        StartTag tag{prefix, local, namespaceCount, namespaces, attributeCount - defaulted, attributes};
+        c.handler_->startElement(c, tag);
+    }
+
+    static void endElement(void* ctx, const xmlChar*, const xmlChar*, const xmlChar*) {
+        ParseContext& c = of(ctx);
+        if (!c.failed()) c.handler_->endElement(c);
+    }
+
+    static void characters(void* ctx, const xmlChar* ch, int len) {
+        ParseContext& c = of(ctx);
+        if (!c.failed()) c.handler_->characters(c, std::string_view(str(ch), static_cast<std::size_t>(len)));
+    }
+
+    static void comment(void* ctx, const xmlChar* value) {
+        ParseContext& c = of(ctx);
+        if (!c.failed() && !c.inDtd()) c.handler_->comment(c, str(value));
+    }
+
+    static void instruction(void* ctx, const xmlChar* target, const xmlChar* data) {
+        ParseContext& c = of(ctx);
+        if (!c.failed() && !c.inDtd()) c.handler_->instruction(c, str(target), data ? str(data) : "");
+    }
+
+    // External parsed entities in content load only when a catalog lists
+    // them: a file must not pull arbitrary local files into a document. The
+    // check comes before libxml2's own lookup, which would load the entity.
+    static xmlEntityPtr getEntity(void* ctx, const xmlChar* name) {
+        auto* parser = static_cast<xmlParserCtxtPtr>(ctx);
+        ParseContext& c = of(ctx);
+        if (parser->inSubset == 0 && parser->myDoc && !xmlGetPredefinedEntity(name)) {
+            xmlEntityPtr declared = xmlGetDocEntity(parser->myDoc, name);
+            if (declared && declared->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY) {
+                xmlChar* resolved = xmlCatalogResolve(declared->ExternalID, declared->SystemID);
+                if (!resolved) {
+                    std::string where = declared->SystemID ? str(declared->SystemID) : "";
+                    c.fail("the external entity \"" + std::string(str(name)) + "\" (" + where +
+                           ") is not read: only entities listed in an XML catalog are");
+                    return nullptr;
+                }
+                xmlFree(resolved);
+            }
+        }
+        return xmlSAX2GetEntity(ctx, name);
+    }
+
+    static void externalSubset(void* ctx, const xmlChar* name, const xmlChar* publicId, const xmlChar* systemId) {
+        auto* parser = static_cast<xmlParserCtxtPtr>(ctx);
+        ParseContext& c = of(ctx);
+        std::size_t before = c.issues_.warnings.size();
+        xmlSAX2ExternalSubset(ctx, name, publicId, systemId);
+        if ((!publicId && !systemId) || !parser->myDoc || parser->myDoc->extSubset || !parser->wellFormed) return;
+        // Fold libxml2's loader messages into one warning that says what it means.
+        std::string reason;
+        for (std::size_t i = before; i < c.issues_.warnings.size(); ++i) {
+            std::string w = c.issues_.warnings[i];
+            auto colon = w.rfind(": ");
+            reason += (reason.empty() ? "" : "; ") + (colon == std::string::npos ? w : w.substr(colon + 2));
+        }
+        c.issues_.warnings.resize(before);
+        std::string dtd = systemId ? str(systemId) : str(publicId);
+        addMessage(c.issues_.warnings, c.path_ + ": the DTD \"" + dtd + "\" could not be read" +
+                                           (reason.empty() ? "" : " (" + reason + ")") +
+                                           "; the attribute defaults it declares are unavailable");
+    }
+
+    static void record(ParseContext& c, const xmlError* e) {
+        if (!e) return;
+        std::string message = trimmed(e->message);
+        std::string location = c.path_;
+        const char* documentFile =
+            c.parser_ && c.parser_->inputNr > 0 && c.parser_->inputTab[0] ? c.parser_->inputTab[0]->filename : nullptr;
+        bool inDocument = !e->file || (documentFile && std::strcmp(e->file, documentFile) == 0);
+        if (!inDocument) location += ": in " + std::string(e->file);
+        if (e->line > 0) location += ":" + std::to_string(e->line) + ":" + std::to_string(e->int2);
+        std::string text = location + ": " + message;
+        if (e->level == XML_ERR_FATAL) {
+            // An error inside an entity's text has the entity's line numbers;
+            // the report prefers the place in the file itself.
+            if (inDocument && e->file) c.fatalMessages_.insert(c.fatalMessages_.begin(), text);
+            else addMessage(c.fatalMessages_, text);
+            return;
+        }
+        if (e->level == XML_ERR_ERROR) {
+            addMessage(c.errorMessages_, text);
+            return;
+        }
+        addMessage(c.issues_.warnings, text);
+    }
+
+    static void parserError(void* ctx, xmlErrorPtr e) { record(of(ctx), e); }
+
+    static void globalError(void* data, xmlErrorPtr e) { record(*static_cast<ParseContext*>(data), e); }
+
+    static void genericError(void* data, const char* format, ...) {
+        auto& c = *static_cast<ParseContext*>(data);
+        char piece[1024];
+        va_list args;
+        va_start(args, format);
+        std::vsnprintf(piece, sizeof piece, format, args);
+        va_end(args);
+        c.genericMessage_ += piece;
+        if (c.genericMessage_.size() > 4096) c.genericMessage_.resize(4096);
+    }
+};
+
+namespace {
+
+// libxml2 reports some messages (catalogs, I/O outside a parser) through its
+// per-thread global handlers, which print to stderr by default. For the
+// length of one load they are routed to the load's own collector.
+class ScopedErrorRouting {
+public:
+    explicit ScopedErrorRouting(ParseContext& context)
+        : generic_(xmlGenericError),
+          genericContext_(xmlGenericErrorContext),
+          structured_(xmlStructuredError),
+          structuredContext_(xmlStructuredErrorContext) {
+        xmlSetGenericErrorFunc(&context, &ParseCallbacks::genericError);
+        xmlSetStructuredErrorFunc(&context, &ParseCallbacks::globalError);
+    }
+    ~ScopedErrorRouting() {
+        xmlSetGenericErrorFunc(genericContext_, generic_);
+        xmlSetStructuredErrorFunc(structuredContext_, structured_);
+    }
+    ScopedErrorRouting(const ScopedErrorRouting&) = delete;
+    ScopedErrorRouting& operator=(const ScopedErrorRouting&) = delete;
+
+private:
+    xmlGenericErrorFunc generic_;
+    void* genericContext_;
+    xmlStructuredErrorFunc structured_;
+    void* structuredContext_;
+};
+
+xmlSAXHandler makeHandler() {
+    xmlSAXHandler sax;
+    std::memset(&sax, 0, sizeof sax);
+    xmlSAXVersion(&sax, 2);  // the DTD callbacks build the declarations the loaders read
+    sax.startElementNs = &ParseCallbacks::startElement;
+    sax.endElementNs = &ParseCallbacks::endElement;
+    sax.startElement = nullptr;
+    sax.endElement = nullptr;
+    sax.characters = &ParseCallbacks::characters;
+    sax.ignorableWhitespace = &ParseCallbacks::characters;
+    sax.cdataBlock = &ParseCallbacks::characters;
+    sax.comment = &ParseCallbacks::comment;
+    sax.processingInstruction = &ParseCallbacks::instruction;
+    sax.getEntity = &ParseCallbacks::getEntity;
+    sax.externalSubset = &ParseCallbacks::externalSubset;
+    sax.reference = nullptr;
+    sax.warning = nullptr;
+    sax.error = nullptr;
+    sax.fatalError = nullptr;
+    sax.serror = &ParseCallbacks::parserError;
+    return sax;
+}
+
+ssize_t readSome(int fd, char* buffer, std::size_t size) {
+    for (;;) {
+        ssize_t n = ::read(fd, buffer, size);
+        if (n < 0 && errno == EINTR) continue;
+        return n;
+    }
+}
+
+std::string openFailure(const std::string& path, const char* reason) {
+    return "Cannot open \"" + path + "\": " + reason;
+}
+
+}  // namespace
+
+ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
+    ParseContext context(path, handler);
+    // Non-blocking, so that a FIFO given by mistake cannot stall the open.
+    int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (fd < 0) {
+        context.issues_.error = openFailure(path, std::strerror(errno));
+        return context.issues_;
+    }
+    struct stat info {};
+    if (::fstat(fd, &info) != 0 || !S_ISREG(info.st_mode)) {
+        ::close(fd);
+        context.issues_.error =
+            openFailure(path, S_ISDIR(info.st_mode) ? "it is a folder" : "it is not a regular file");
+        return context.issues_;
+    }
+    context.fd_ = fd;
+
+    xmlInitParser();
+    ScopedErrorRouting routing(context);
+    std::string buffer(kChunkSize, '\0');
+    ssize_t n = readSome(fd, buffer.data(), buffer.size());
+    if (n < 0) {
+        context.issues_.error = "Cannot read \"" + path + "\": " + std::strerror(errno);
+        ::close(fd);
+        return context.issues_;
+    }
+    xmlSAXHandler sax = makeHandler();
+    xmlParserCtxtPtr parser = xmlCreatePushParserCtxt(&sax, nullptr, buffer.data(), static_cast<int>(n), path.c_str());
+    if (!parser) {
+        context.issues_.error = "Cannot read \"" + path + "\": out of memory";
+        ::close(fd);
+        return context.issues_;
+    }
+    parser->_private = &context;
+    context.parser_ = parser;
+    // No XML_PARSE_HUGE: libxml2's limits on entity expansion and depth stay on.
+    xmlCtxtUseOptions(parser, XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_DTDLOAD);
+
+    bool ended = n == 0;
+    if (ended) xmlParseChunk(parser, nullptr, 0, 1);
+    while (!ended && !context.failed() && parser->instate != XML_PARSER_EOF) {
+        n = readSome(fd, buffer.data(), buffer.size());
+        if (n < 0) {
+            context.issues_.error = "Cannot read \"" + path + "\": " + std::strerror(errno);
+            break;
+        }
+        ended = n == 0;
+        xmlParseChunk(parser, buffer.data(), static_cast<int>(n), ended ? 1 : 0);
+    }
+
+    if (!context.failed()) {
+        if (!parser->wellFormed) {
+            const auto& reasons = !context.fatalMessages_.empty() ? context.fatalMessages_ : context.errorMessages_;
+            context.issues_.error = !reasons.empty()          ? reasons.front()
+                                    : !context.genericMessage_.empty() ? path + ": " + trimmed(context.genericMessage_.c_str())
+                                                                       : path + ": not well-formed XML";
+        } else {
+            for (auto& message : context.errorMessages_) addMessage(context.issues_.warnings, message);
+            context.handler_->finish(context);
+        }
+    }
+    if (!context.genericMessage_.empty() && context.issues_.error.find(trimmed(context.genericMessage_.c_str())) == std::string::npos)
+        addMessage(context.issues_.warnings, path + ": " + trimmed(context.genericMessage_.c_str()));
+
+    if (parser->myDoc) xmlFreeDoc(parser->myDoc);
+    parser->myDoc = nullptr;
+    xmlFreeParserCtxt(parser);
+    context.parser_ = nullptr;
+    ::close(fd);
+    return context.issues_;
+}
+
+}  // namespace voka::headless
