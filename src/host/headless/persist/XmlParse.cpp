@@ -5,6 +5,7 @@
 #include <libxml/parserInternals.h>
 #include <libxml/xmlerror.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
@@ -177,17 +178,26 @@ struct ParseCallbacks {
     static void externalSubset(void* ctx, const xmlChar* name, const xmlChar* publicId, const xmlChar* systemId) {
         auto* parser = static_cast<xmlParserCtxtPtr>(ctx);
         ParseContext& c = of(ctx);
-        std::size_t before = c.issues_.warnings.size();
+        const std::size_t warningsBefore = c.issues_.warnings.size();
+        const std::size_t errorsBefore = c.errorMessages_.size();
+        const std::size_t genericBefore = c.genericMessage_.size();
         xmlSAX2ExternalSubset(ctx, name, publicId, systemId);
         if ((!publicId && !systemId) || !parser->myDoc || parser->myDoc->extSubset || !parser->wellFormed) return;
         // Fold libxml2's loader messages into one warning that says what it means.
         std::string reason;
-        for (std::size_t i = before; i < c.issues_.warnings.size(); ++i) {
-            std::string w = c.issues_.warnings[i];
-            auto colon = w.rfind(": ");
-            reason += (reason.empty() ? "" : "; ") + (colon == std::string::npos ? w : w.substr(colon + 2));
+        auto take = [&](std::vector<std::string>& list, std::size_t from) {
+            for (std::size_t i = from; i < list.size(); ++i) {
+                auto colon = list[i].rfind(": ");
+                reason += (reason.empty() ? "" : "; ") + (colon == std::string::npos ? list[i] : list[i].substr(colon + 2));
+            }
+            list.resize(std::min(from, list.size()));
+        };
+        take(c.issues_.warnings, warningsBefore);
+        take(c.errorMessages_, errorsBefore);
+        if (c.genericMessage_.size() > genericBefore) {
+            reason += (reason.empty() ? "" : "; ") + trimmed(c.genericMessage_.c_str() + genericBefore);
+            c.genericMessage_.resize(genericBefore);
         }
-        c.issues_.warnings.resize(before);
         std::string dtd = systemId ? str(systemId) : str(publicId);
         addMessage(c.issues_.warnings, c.path_ + ": the DTD \"" + dtd + "\" could not be read" +
                                            (reason.empty() ? "" : " (" + reason + ")") +
