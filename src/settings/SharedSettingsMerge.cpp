@@ -96,7 +96,9 @@ Handle mergeSharedSettings(Host& host, PluginState& state, const std::string& sh
     }
     host.close(shipped, kCloseModified);
     host.deleteFile(tempPath);
-    return host.simpleSave(shared, sharedPath, false);
+    const Handle saved = host.simpleSave(shared, sharedPath, false);
+    if (saved == kNoObject) host.close(shared, kCloseModified);
+    return saved;
 }
 
 }  // namespace voka

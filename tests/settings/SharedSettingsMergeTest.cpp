@@ -1,0 +1,111 @@
+// The merge of the shipped settings document into the shared one, case by
+// case: new installation, upgrade with equal or higher versions, a shipped
+// file without its settings group, and another product of the maker.
+#include "settings/HostSession.h"
+#include "settings/SettingsDocument.h"
+#include "settings/SharedSettingsMerge.h"
+
+#include <gtest/gtest.h>
+
+namespace voka {
+namespace {
+
+using testing::HostSession;
+using testing::SharedSettings;
+
+const std::string kBanner = "--- Brindel Consulting message ---\n\n";
+const std::string kWelcomeEnd =
+    " Welcome. Please let us know if you have any problems with the software.  support@brindel.example.";
+
+std::string newInstallation(const std::string& product) {
+    return kBanner + " It appears that you are initializing a new installation of " + product + "." + kWelcomeEnd;
+}
+std::string upgrade(const std::string& product) {
+    return kBanner + "It appears that you are initializing a new or upgrade installation of " + product + "." +
+           kWelcomeEnd;
+}
+std::string detected(const std::string& product) {
+    return product + " has detected that you have or have had other Brindel plugins installed. All Brindel plugins "
+                     "share a common settings file. " +
+           product + " will now attempt to merge settings related to this new software into the existing settings "
+                     "file.";
+}
+const std::string kSuccess =
+    "The merge appears to have completed successfully. Please contact Brindel if you notice anything unusual.";
+const std::string kFailure =
+    "An error appears to have occurred during the merge. Please contact Brindel for assistance (support@brindel.example";
+
+SharedSettings userSettings(int version1, int version2) {
+    return SharedSettings{version1, version2, std::map<std::string, std::string>{{"DefaultCategory", "Mine"}}};
+}
+SharedSettings shippedSettings(int version1, int version2) {
+    return SharedSettings{version1, version2, std::map<std::string, std::string>{{"DefaultCategory", "Shipped"}}};
+}
+
+TEST(SharedSettingsMerge, EachInstallationCase) {
+    struct Case {
+        const char* name;
+        std::optional<SharedSettings> shared;
+        std::optional<SharedSettings> shipped;
+        std::string product;
+        std::vector<std::string> messages;
+        const char* category;  // DefaultCategory of the result; nullptr: no result
+        int version1;
+        int version2;
+    };
+    const Case cases[] = {
+        {"nothing at all", std::nullopt, std::nullopt, "VOKA", {}, nullptr, 0, 0},
+        {"nothing pending", userSettings(1, 1), std::nullopt, "VOKA", {}, "Mine", 1, 1},
+        {"new installation", std::nullopt, shippedSettings(1, 1), "VOKA", {newInstallation("VOKA")}, "Shipped", 1, 1},
+        {"equal versions", userSettings(1, 1), shippedSettings(1, 1), "VOKA",
+         {upgrade("VOKA"), detected("VOKA"), kSuccess}, "Mine", 1, 1},
+        {"lower shipped versions", userSettings(3, 3), shippedSettings(1, 1), "VOKA",
+         {upgrade("VOKA"), detected("VOKA"), kSuccess}, "Mine", 3, 3},
+        {"higher Version2 replaces the group", userSettings(1, 1), shippedSettings(1, 2), "voka",
+         {upgrade("voka"), detected("voka"), kSuccess}, "Shipped", 1, 2},
+        {"higher Version1 only", userSettings(1, 1), shippedSettings(4, 1), "VOKA",
+         {upgrade("VOKA"), detected("VOKA"), kSuccess}, "Mine", 4, 1},
+        {"higher Version2 without a group", userSettings(1, 1), SharedSettings{1, 2, std::nullopt}, "VOKA",
+         {upgrade("VOKA"), detected("VOKA"), kFailure}, "Mine", 1, 2},
+        {"another product skips the group", userSettings(1, 1), shippedSettings(1, 2), "Quorvane",
+         {upgrade("Quorvane"), detected("Quorvane"), kSuccess}, "Mine", 1, 1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        HostSession session;
+        std::filesystem::create_directories(session.brindel());
+        if (c.shared) session.putSharedSettings(*c.shared);
+        if (c.shipped) session.putShippedSettings(*c.shipped);
+        PluginState& state = session.state();
+        const std::string sharedPath = HostSession::hostPath(session.inBrindel("BR_Settings.fm"));
+        const std::string tempPath = HostSession::hostPath(session.inBrindel("BR_Settings_TEMPVOKA.fm"));
+
+        const Handle result = mergeSharedSettings(session.host, state, sharedPath, tempPath, c.product);
+
+        EXPECT_EQ(session.shown(), c.messages);
+        for (const auto& shown : session.user.shown) EXPECT_EQ(shown.kind, kAlertContinueWarning);
+        EXPECT_FALSE(std::filesystem::exists(session.inBrindel("BR_Settings_TEMPVOKA.fm")));
+        if (c.category == nullptr) {
+            EXPECT_EQ(result, kNoObject);
+            continue;
+        }
+        ASSERT_NE(result, kNoObject);
+        EXPECT_FALSE(session.host.isVisible(result));
+        // What counts is the file: close the result and read the saved document.
+        session.host.close(result, kCloseModified);
+        const Handle saved = openSettingsInvisibly(session.host, sharedPath);
+        ASSERT_NE(saved, kNoObject);
+        std::string category;
+        readSetting(session.host, state, saved, "SettingsGroupE", "DefaultCategory", category, kSettingString);
+        EXPECT_EQ(category, c.category);
+        std::string unused;
+        EXPECT_EQ(readSetting(session.host, state, saved, "BR_Settings", "Version1", unused, kSettingInteger),
+                  c.version1);
+        EXPECT_EQ(readSetting(session.host, state, saved, "BR_Settings", "Version2", unused, kSettingInteger),
+                  c.version2);
+        EXPECT_EQ(testing::openDocumentCount(session.host), 1);
+    }
+}
+
+}  // namespace
+}  // namespace voka
