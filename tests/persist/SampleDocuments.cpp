@@ -1,0 +1,129 @@
+#include "SampleDocuments.h"
+
+namespace voka::test {
+
+using namespace voka::headless;
+
+namespace {
+
+Index build(Document& doc, std::uint16_t flow, Index parent, const ElementSpec& spec) {
+    const Index definition = doc.definitionFor(spec.tag);
+    const Index index = doc.appendElement(definition, parent, flow);
+    std::string& text = doc.flows[flow].text;
+    doc.elements[index].begin = static_cast<std::uint32_t>(text.size());
+    doc.elements[index].attributesBegin = static_cast<std::uint32_t>(doc.attributeSlots.size());
+    for (const auto& [name, values] : spec.attributes)
+        doc.setAttributeValues(index, doc.attributePosition(definition, name), doc.values.intern(values));
+    text += spec.text;
+    for (const ElementSpec& child : spec.children) {
+        build(doc, flow, index, child);
+        text += child.tail;
+    }
+    doc.elements[index].end = static_cast<std::uint32_t>(text.size());
+    return index;
+}
+
+}  // namespace
+
+Index buildTree(Document& doc, std::uint16_t flow, const ElementSpec& root) { return build(doc, flow, kNil, root); }
+
+Index elementAt(const Document& doc, std::uint16_t flow, std::vector<int> path) {
+    Index e = doc.flows[flow].root;
+    for (int step : path) {
+        e = doc.elements[e].firstChild;
+        for (int i = 0; i < step; ++i) e = doc.elements[e].nextSibling;
+    }
+    return e;
+}
+
+std::unique_ptr<Document> richDocument() {
+    auto doc = std::make_unique<Document>();
+    doc->contentForm = false;
+    doc->ensureStandardCatalogue();
+    doc->colors.push_back(Color{"Orange", "#FF8000"});
+    doc->conditions.push_back(ConditionFormat{"Hidden", false});
+    doc->conditions.push_back(ConditionFormat{"Draft", true});
+    doc->showAll = false;
+    doc->markerTypes.push_back("Index");
+
+    // Definitions first, so that their order and kinds are the document's own.
+    const Index root = doc->definitionFor("Chapter");
+    AttributeDefinition audience{"Audience", kAttrStrings, 0, {"novice", "expert", "admin"}, {"novice"}};
+    doc->definitions[root].attributes.push_back(audience);
+    AttributeDefinition id{"Id", kAttrUniqueId, 1, {}, {}};
+    doc->definitions[root].attributes.push_back(id);
+    AttributeDefinition level{"Level", kAttrChoices, 4, {"1", "2"}, {"1"}};
+    doc->definitions[root].attributes.push_back(level);
+    doc->definitionFor("Table", kElementTable);
+    doc->definitionFor("TableTitle", kElementTableTitle);
+    doc->definitionFor("Body", kElementTableBody);
+    doc->definitionFor("Row", kElementTableRow);
+    doc->definitionFor("Cell", kElementTableCell);
+    doc->definitionFor("Footnote", kElementFootnote);
+    doc->definitionFor("Unused", kElementContainer);
+    doc->rebuildIndexes();
+
+    Flow main;
+    main.name = "A";
+    main.main = true;
+    doc->flows.push_back(main);
+    Flow side;
+    side.name = "Sidebar";
+    doc->flows.push_back(side);
+
+    ElementSpec chapter{
+        "Chapter",
+        {{"Audience", {"novice", "expert"}}, {"Id", {"c1"}}},
+        "Intro <&> \"quoted\" 'single'\ttab\r\nline ",
+        {
+            {"Para", {{"Names", {"Red", "Blue"}}, {"Empty", {""}}}, "caf\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80", {}, "  "},
+            {"Table",
+             {},
+             "",
+             {{"TableTitle", {}, "Sizes", {}, ""},
+              {"Body",
+               {},
+               "",
+               {{"Row", {}, "", {{"Cell", {}, "small", {}, ""}, {"Cell", {}, "", {}, ""}}, ""},
+                {"Row", {}, "", {{"Cell", {}, "large", {}, ""}}, ""}},
+               ""}},
+             "\n"},
+            {"Para", {}, "see ", {{"Footnote", {}, "a note", {}, ""}, {"Para", {}, "", {}, ""}}, " end"},
+        },
+        "",
+    };
+    buildTree(*doc, 0, chapter);
+    buildTree(*doc, 1, ElementSpec{"Sidebar", {{"Audience", {"admin"}}}, "side text", {}, ""});
+
+    const Index table = elementAt(*doc, 0, {1});
+    doc->elements[table].titlePosition = 2;
+    doc->elements[elementAt(*doc, 0, {2})].beginAdjust = 1;
+    doc->rowConditions[elementAt(*doc, 0, {1, 1, 0})] = {0};
+    doc->rowConditions[elementAt(*doc, 0, {1, 1, 1})] = {0, 1};
+
+    CharFormat orange;
+    orange.set = CharFormat::kColor | CharFormat::kUnderlining;
+    orange.color = doc->colorByName("Orange");
+    orange.underlining = kDoubleUnderline;
+    doc->flows[0].formats.assign(0, 12, orange);
+    doc->flows[0].formats.update(6, 20, [](CharFormat& f) {
+        f.set |= CharFormat::kStrikethrough | CharFormat::kOverline | CharFormat::kChangeBar;
+        f.strikethrough = 1;
+        f.overline = 0;  // overridden to off, which is not the same as not set
+        f.changeBar = 1;
+    });
+    CharFormat blue;
+    blue.set = CharFormat::kColor;
+    blue.color = doc->colorByName("Blue");
+    doc->flows[1].formats.assign(0, 4, blue);
+    doc->flows[0].conditions.assign(3, 9, doc->internConditionSet({0}));
+    doc->flows[0].conditions.assign(9, 15, doc->internConditionSet({0, 1}));
+
+    doc->markers.push_back(Marker{0, 4, "Hypertext", "openlink ch2.xml:Heading"});
+    doc->markers.push_back(Marker{1, 2, "Index", "side<entry>"});
+    doc->markers.push_back(Marker{0, 7, "Hypertext", "dead", false});
+    doc->xrefs.push_back(XRef{0, 6, "\\home\\ann\\book\\ch2.xml", "Heading"});
+    return doc;
+}
+
+}  // namespace voka::test
