@@ -1,0 +1,148 @@
+#include "host/headless/BatchAgent.h"
+
+#include "host/headless/HostPaths.h"
+
+#include <charconv>
+
+namespace voka::headless {
+
+namespace {
+
+bool toInt(const std::string& text, int& value) {
+    const char* end = text.data() + text.size();
+    auto [stop, error] = std::from_chars(text.data(), end, value);
+    return error == std::errc() && stop == end && !text.empty();
+}
+
+bool parseAction(const std::string& text, DialogAction& action, std::string& error) {
+    const auto colon = text.find(':');
+    const std::string verb = text.substr(0, colon);
+    const std::string rest = colon == std::string::npos ? std::string() : text.substr(colon + 1);
+    if (verb == "press") {
+        action.kind = DialogAction::Kind::Press;
+        if (toInt(rest, action.item)) return true;
+        error = "press needs an item number: \"" + text + "\"";
+        return false;
+    }
+    const auto equals = rest.find('=');
+    if ((verb != "text" && verb != "state") || equals == std::string::npos ||
+        !toInt(rest.substr(0, equals), action.item)) {
+        error = "expected text:ITEM=VALUE, state:ITEM=N or press:ITEM, not \"" + text + "\"";
+        return false;
+    }
+    const std::string value = rest.substr(equals + 1);
+    if (verb == "text") {
+        action.kind = DialogAction::Kind::Type;
+        action.text = value;
+        return true;
+    }
+    action.kind = DialogAction::Kind::Choose;
+    if (toInt(value, action.state)) return true;
+    error = "a state is a number: \"" + text + "\"";
+    return false;
+}
+
+}  // namespace
+
+bool parseDialogScript(const std::string& text, DialogScript& script, std::string& error) {
+    const auto colon = text.find(':');
+    if (colon == std::string::npos) {
+        error = "expected NAME:ACTION,...: \"" + text + "\"";
+        return false;
+    }
+    script.dialog = text.substr(0, colon);
+    script.actions.clear();
+    std::string rest = text.substr(colon + 1);
+    while (!rest.empty()) {
+        const auto comma = rest.find(',');
+        DialogAction action;
+        if (!parseAction(rest.substr(0, comma), action, error)) return false;
+        script.actions.push_back(action);
+        rest = comma == std::string::npos ? std::string() : rest.substr(comma + 1);
+    }
+    return true;
+}
+
+BatchAgent::BatchAgent(std::ostream& out, BatchOptions options)
+    : out_(out), options_(std::move(options)), scriptUsed_(options_.dialogs.size(), false) {}
+
+void BatchAgent::print(const std::string& text) { out_ << toDisplayText(text) << '\n' << std::flush; }
+
+int BatchAgent::alert(const std::string& message, AlertKind kind) {
+    const bool question = kind == kAlertYesDefault || kind == kAlertNoDefault;
+    if (!question) {
+        print(message);
+        return 0;
+    }
+    print(message + (options_.yes ? "\n[answered Yes]" : "\n[answered No]"));
+    return options_.yes ? 0 : 1;
+}
+
+int BatchAgent::promptString(const std::string& prompt, const std::string& initial, std::string& answer) {
+    auto found = options_.promptAnswers.find(prompt);
+    if (found == options_.promptAnswers.end()) {
+        print(prompt + " [cancelled]");
+        return 1;
+    }
+    print(prompt + " [" + found->second + "]");
+    answer = found->second;
+    return 0;
+}
+
+int BatchAgent::chooseFile(const std::string& title, const std::string& directory, const std::string& defaultName,
+                           int mode, std::string& chosen) {
+    auto found = options_.fileAnswers.find(title);
+    if (found == options_.fileAnswers.end()) {
+        print(title + " [cancelled]");
+        return 1;
+    }
+    print(title + " [" + found->second + "]");
+    chosen = toHostPath(found->second);
+    return 0;
+}
+
+bool BatchAgent::userCancelled(std::uint64_t elementSteps) {
+    return options_.cancelRequested && options_.cancelRequested();
+}
+
+void BatchAgent::runModalDialog(DialogUser& dialog) {
+    for (std::size_t i = 0; i < options_.dialogs.size(); ++i) {
+        const DialogScript& script = options_.dialogs[i];
+        if (scriptUsed_[i] || (!script.dialog.empty() && script.dialog != dialog.name())) continue;
+        scriptUsed_[i] = true;
+        for (const DialogAction& action : script.actions) {
+            if (!dialog.isUp()) break;
+            bool done = false;
+            if (action.kind == DialogAction::Kind::Type) done = dialog.type(action.item, action.text);
+            else if (action.kind == DialogAction::Kind::Choose) done = dialog.choose(action.item, action.state);
+            else done = dialog.press(action.item);
+            if (!done) print("voka: dialog " + dialog.name() + ": item " + std::to_string(action.item) + " is not available");
+        }
+        if (dialog.isUp()) dialog.cancel();
+        return;
+    }
+    print("voka: dialog \"" + dialog.title() + "\" (" + dialog.name() + ") cancelled: no answers given for it");
+    dialog.cancel();
+}
+
+void BatchAgent::modelessDialogChanged(const DialogView& view) {
+    std::string line;
+    for (const std::string& text : view.lines) {
+        if (text.empty()) continue;
+        if (!line.empty()) line += ' ';
+        line += text;
+    }
+    if (line.empty() || line == lastProgressLine_) return;
+    const auto now = std::chrono::steady_clock::now();
+    if (!lastProgressLine_.empty() && now - lastProgress_ < options_.progressInterval) return;
+    lastProgress_ = now;
+    lastProgressLine_ = line;
+    print("voka: " + line);
+}
+
+void BatchAgent::hostMessage(Said kind, const std::string& text) {
+    if (kind == Said::Error) ++errors_;
+    print(std::string(kind == Said::Error ? "voka: error: " : "voka: warning: ") + text);
+}
+
+}  // namespace voka::headless

@@ -1,0 +1,73 @@
+// The user of the command line: never blocks. Questions get the answer the
+// command line chose (No unless --yes), prompts and the file chooser the
+// answers given beforehand or a cancel, modal dialogs a small script of
+// actions or a cancel. Every alert, question and host message is printed as
+// it would have been shown, with paths in the reader's notation, and the
+// status dialog's progress is printed at most once per interval.
+#pragma once
+
+#include "host/headless/UserAgent.h"
+
+#include <chrono>
+#include <functional>
+#include <map>
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace voka::headless {
+
+struct DialogAction {
+    enum class Kind { Type, Choose, Press };
+    Kind kind = Kind::Press;
+    int item = 0;
+    std::string text;  // Type
+    int state = 0;     // Choose
+};
+
+// Actions for one modal dialog; an empty name stands for any dialog.
+struct DialogScript {
+    std::string dialog;
+    std::vector<DialogAction> actions;
+};
+
+// "NAME:text:2=Some text,state:3=1,press:9" (NAME may be empty: ":press:9").
+// Values run to the next comma; false and a message when malformed.
+bool parseDialogScript(const std::string& text, DialogScript& script, std::string& error);
+
+struct BatchOptions {
+    bool yes = false;                                  // answer questions Yes
+    std::map<std::string, std::string> promptAnswers;  // by the prompt's text
+    std::map<std::string, std::string> fileAnswers;    // by the chooser's title; POSIX paths
+    std::vector<DialogScript> dialogs;                 // used in order, the first that matches
+    std::function<bool()> cancelRequested;             // polled as Esc (Ctrl-C)
+    std::chrono::milliseconds progressInterval{1000};
+};
+
+class BatchAgent : public UserAgent {
+public:
+    BatchAgent(std::ostream& out, BatchOptions options);
+
+    int alert(const std::string& message, AlertKind kind) override;
+    int promptString(const std::string& prompt, const std::string& initial, std::string& answer) override;
+    int chooseFile(const std::string& title, const std::string& directory, const std::string& defaultName, int mode,
+                   std::string& chosen) override;
+    bool userCancelled(std::uint64_t elementSteps) override;
+    void runModalDialog(DialogUser& dialog) override;
+    void modelessDialogChanged(const DialogView& view) override;
+    void hostMessage(Said kind, const std::string& text) override;
+
+    int errorsReported() const { return errors_; }
+
+private:
+    void print(const std::string& text);
+
+    std::ostream& out_;
+    BatchOptions options_;
+    std::vector<bool> scriptUsed_;
+    std::chrono::steady_clock::time_point lastProgress_{};
+    std::string lastProgressLine_;
+    int errors_ = 0;
+};
+
+}  // namespace voka::headless

@@ -1,0 +1,96 @@
+// A headless host with a scripted user and a scratch folder, for the host's
+// own tests; and a client that records what the host calls.
+#pragma once
+
+#include "host/headless/HeadlessHost.h"
+#include "host/headless/Handles.h"
+#include "host/headless/HostPaths.h"
+#include "host/headless/ScriptedAgent.h"
+#include "host/headless/TreeBuilder.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace voka::headless::testing {
+
+class ScratchFolder {
+public:
+    ScratchFolder() {
+        path_ = std::filesystem::temp_directory_path() /
+                ("voka-host-" + std::to_string(::testing::UnitTest::GetInstance()->random_seed()) + "-" +
+                 std::to_string(reinterpret_cast<std::uintptr_t>(this)));
+        std::filesystem::create_directories(path_);
+    }
+    ~ScratchFolder() {
+        std::error_code ignored;
+        std::filesystem::remove_all(path_, ignored);
+    }
+    const std::filesystem::path& path() const { return path_; }
+    // The host's notation of a file in the folder.
+    std::string hostPath(const std::string& name) const { return toHostPath((path_ / name).string()); }
+    void write(const std::string& name, const std::string& content) const {
+        std::filesystem::create_directories((path_ / name).parent_path());
+        std::ofstream(path_ / name) << content;
+    }
+
+private:
+    std::filesystem::path path_;
+};
+
+struct HostFixture {
+    HostFixture()
+        : agent([](const std::string& what) { ADD_FAILURE() << what; }),
+          host(HostConfig{folder.path().string(), (folder.path() / "dialogs").string()}, agent) {}
+
+    ScratchFolder folder;
+    ScriptedAgent agent;
+    HeadlessHost host;
+};
+
+// Records every callback and lets a test act inside one.
+class RecordingClient : public Client {
+public:
+    struct Call {
+        std::string what;  // "initialize", "command", "notify", "dialogEvent"
+        int a = 0;
+        int b = 0;
+        std::string text;
+        bool operator==(const Call&) const = default;
+    };
+
+    void initialize(int initCode) override { calls.push_back({"initialize", initCode, 0, {}}); }
+    void command(int number) override { calls.push_back({"command", number, 0, {}}); }
+    void notify(int code, Handle document, const std::string& text, int number) override {
+        calls.push_back({"notify", code, number, text});
+        if (onNotify) onNotify(code, text);
+    }
+    void dialogEvent(int dialogNumber, int item, int modifiers) override {
+        calls.push_back({"dialogEvent", dialogNumber, item, {}});
+        if (onDialogEvent) onDialogEvent(dialogNumber, item);
+    }
+
+    std::vector<Call> calls;
+    std::function<void(int, const std::string&)> onNotify;
+    std::function<void(int, int)> onDialogEvent;
+};
+
+// The child elements of an element, by handle.
+inline std::vector<Handle> children(Host& host, Handle doc, Handle element) {
+    std::vector<Handle> result;
+    for (Handle c = host.firstChild(doc, element); c != kNoObject; c = host.nextSibling(doc, c)) result.push_back(c);
+    return result;
+}
+
+inline Handle root(Host& host, Handle doc) { return host.highestLevelElement(doc, host.mainFlow(doc)); }
+
+// The text an element covers.
+inline std::string elementText(Host& host, Handle doc, Handle element) {
+    return host.text(doc, host.elementTextRange(doc, element));
+}
+
+}  // namespace voka::headless::testing
