@@ -1,0 +1,143 @@
+// The generic dialogs as a user meets them: the status lines, the Esc
+// confirmation, the drop-down dialogs' OK and Cancel, the list editor and a
+// missing dialog resource.
+#include "frame/Dialogs.h"
+#include "settings/HostSession.h"
+
+#include <gtest/gtest.h>
+
+namespace voka {
+namespace {
+
+using testing::HostSession;
+using List = std::vector<std::string>;
+
+TEST(StatusDialog, StarKeepsALineAndEmptyBlanksIt) {
+    HostSession session;
+    PluginState& state = session.state();
+    openStatus(session.host, state, "Working...");
+    const Handle dialog = session.host.shownDialog("br_Dialog_Status");
+    ASSERT_NE(dialog, kNoObject);
+    auto user = session.host.dialogUser(dialog);
+    EXPECT_EQ(user->title(), "Working...");
+
+    struct Step {
+        const char* lines[4];
+        const char* shown[4];
+    };
+    const Step steps[] = {
+        {{"one", "two", "three", "four"}, {"one", "two", "three", "four"}},
+        {{"*", "", "*", "Press Esc to cancel"}, {"one", "", "three", "Press Esc to cancel"}},
+        {{"*", "*", "*", "*"}, {"one", "", "three", "Press Esc to cancel"}},
+    };
+    for (const Step& step : steps) {
+        setStatusLines(session.host, state, step.lines[0], step.lines[1], step.lines[2], step.lines[3]);
+        for (int i = 0; i < 4; ++i) EXPECT_EQ(user->text(i + 1), step.shown[i]) << "line " << i + 1;
+    }
+    closeStatus(session.host, state);
+    EXPECT_EQ(session.host.shownDialog("br_Dialog_Status"), kNoObject);
+    // With no status dialog open, lines go nowhere.
+    setStatusLines(session.host, state, "a", "b", "c", "d");
+    EXPECT_TRUE(session.shown().empty());
+}
+
+TEST(StatusDialog, MissingResourcesSayDialogBoxError) {
+    testing::TempFolder empty;
+    HostSession session(empty.path().string());
+    PluginState& state = session.state();
+    openStatus(session.host, state, "Working...");
+    setStatusLines(session.host, state, "a", "b", "c", "d");
+    EXPECT_EQ(showOneChoiceDialog(session.host, state, 1, OneChoiceDialog{}), 0);
+    EXPECT_EQ(showStringsListEditor(session.host, state, 50, "T", {"a"}, false), 0);
+    EXPECT_EQ(session.shown(), (List{"Dialog box error.", "Dialog box error.", "Dialog box error."}));
+}
+
+TEST(CancelPoll, EscIsConfirmedBeforeAPassStops) {
+    struct Case {
+        bool esc;
+        std::optional<bool> answer;
+        int result;
+        int error;
+        size_t questions;
+    };
+    const Case cases[] = {
+        {false, std::nullopt, 0, 0, 0},
+        {true, false, 0, 0, 1},
+        {true, true, 1, 210, 1},
+    };
+    for (const Case& c : cases) {
+        HostSession session;
+        session.user.escPresses = c.esc ? 1 : 0;
+        if (c.answer) session.user.answers.push_back(*c.answer);
+        EXPECT_EQ(pollCancel(session.host, session.state()), c.result);
+        EXPECT_EQ(session.state().settingsError, c.error);
+        ASSERT_EQ(session.shown().size(), c.questions);
+        if (c.questions) {
+            EXPECT_EQ(session.shown()[0], std::string(testing::kPrefix) + "Are you sure you want to cancel this operation?");
+        }
+    }
+}
+
+TEST(ChoiceDialogs, OkAndCancelReachTheCaller) {
+    struct Case {
+        int button;
+        bool accepted;
+    };
+    for (const Case c : {Case{kOneChoiceOk, true}, Case{kOneChoiceCancel, false}}) {
+        HostSession session;
+        session.user.dialogs.push_back([&](headless::DialogUser& d) {
+            EXPECT_EQ(d.title(), "Pick one");
+            EXPECT_EQ(d.labels(3), (List{"Coloring", "Filter"}));
+            EXPECT_EQ(d.state(4), 1);
+            d.choose(3, 1);
+            d.press(c.button);
+        });
+        OneChoiceDialog dialog;
+        dialog.title = "Pick one";
+        dialog.choices3 = {"Coloring", "Filter"};
+        dialog.checkState4 = 1;
+        ASSERT_EQ(showOneChoiceDialog(session.host, session.state(), 1, dialog), 1);
+        EXPECT_EQ(session.state().dialogs.accepted, c.accepted);
+        const Handle open = openChoiceDialog(session.state());
+        EXPECT_EQ(session.host.itemState(open, session.host.dialogItem(open, 3)), 1);
+    }
+}
+
+TEST(ChoiceDialogs, DropDownUnderTheCallersNumber) {
+    HostSession session;
+    session.user.dialogs.push_back([](headless::DialogUser& d) {
+        EXPECT_EQ(d.label(1), "Color?");
+        d.choose(3, 2);
+        d.press(kDropDownOk);
+    });
+    ASSERT_EQ(showDropDownDialog(session.host, session.state(), 77, "Change Rule Color", "Color?", "*",
+                                 {"Red", "Green", "Blue"}, 3),
+              1);
+    EXPECT_TRUE(session.state().dialogs.accepted);
+    const Handle open = openChoiceDialog(session.state());
+    EXPECT_EQ(session.host.itemLabels(open, session.host.dialogItem(open, 3))[2], "Blue");
+    EXPECT_EQ(session.host.itemState(open, session.host.dialogItem(open, 3)), 2);
+}
+
+TEST(ListEditor, EditsAListItemOnlyWhenAccepted) {
+    for (const bool accept : {true, false}) {
+        HostSession session;
+        const Handle outer = session.host.openDialogResource("br_Dialog_1DDown_wChkBox");
+        const Handle item = session.host.dialogItem(outer, 3);
+        session.host.setItemLabels(outer, item, {"a", "b"});
+        session.user.prompts.push_back("c");
+        session.user.dialogs.push_back([accept](headless::DialogUser& d) {
+            EXPECT_EQ(d.title(), "List Editor");
+            d.choose(kListItem, 0);
+            d.press(kListDown);
+            d.press(kListAdd);
+            d.press(accept ? kListOk : kListCancel);
+        });
+        ASSERT_EQ(editItemList(session.host, session.state(), outer, 3), 1);
+        EXPECT_EQ(session.host.itemLabels(outer, item), accept ? (List{"b", "a", "c"}) : (List{"a", "b"}));
+        EXPECT_EQ(session.state().dialogs.listAccepted, accept);
+    }
+}
+
+}  // namespace
+}  // namespace voka

@@ -1,0 +1,126 @@
+// The list operations the editors call from their dialog events: moves and
+// deletes that follow the selection and refuse what cannot be done, adds
+// and renames that refuse duplicates.
+#include "frame/Dialogs.h"
+#include "settings/HostSession.h"
+
+#include <gtest/gtest.h>
+
+namespace voka {
+namespace {
+
+using List = std::vector<std::string>;
+
+class ListOperationsTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dialog = host().openDialogResource("br_DialogStringsListEditor");
+        ASSERT_NE(dialog, kNoObject);
+        list = host().dialogItem(dialog, kListItem);
+    }
+    void fill(const List& labels, int selected) {
+        host().setItemLabels(dialog, list, labels);
+        host().setItemState(dialog, list, selected);
+    }
+    List labels() { return host().itemLabels(dialog, list); }
+    int selection() { return host().itemState(dialog, list); }
+    Host& host() { return session.host; }
+
+    testing::HostSession session;
+    Handle dialog = kNoObject;
+    Handle list = kNoObject;
+};
+
+TEST_F(ListOperationsTest, MovesFollowTheEntryAndRefuseAtTheEnds) {
+    struct Case {
+        List before;
+        int selected;
+        int code;
+        int result;
+        List after;
+        int selectedAfter;
+    };
+    const Case cases[] = {
+        {{"a", "b", "c"}, 1, kMoveUp, 0, {"b", "a", "c"}, 0},
+        {{"a", "b", "c"}, 1, kMoveDown, 2, {"a", "c", "b"}, 2},
+        {{"a", "b", "c"}, 0, kMoveUp, -1, {"a", "b", "c"}, 0},
+        {{"a", "b", "c"}, 2, kMoveDown, -1, {"a", "b", "c"}, 2},
+        {{"a"}, 0, kMoveUp, -1, {"a"}, 0},
+        {{"a"}, 0, kMoveDown, -1, {"a"}, 0},
+        {{"a", "b", "c"}, -1, kMoveDown, -1, {"a", "b", "c"}, -1},
+        {{"a", "b", "c"}, 1, kMoveDelete, 1, {"a", "c"}, 1},
+        {{"a", "b", "c"}, 2, kMoveDelete, 2, {"a", "b"}, 1},
+        {{"a"}, 0, kMoveDelete, 0, {}, -1},
+        {{"a", "b"}, 0, 3, -1, {"a", "b"}, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE("code " + std::to_string(c.code) + " at " + std::to_string(c.selected));
+        fill(c.before, c.selected);
+        EXPECT_EQ(listMove(host(), dialog, c.code), c.result);
+        EXPECT_EQ(labels(), c.after);
+        EXPECT_EQ(selection(), c.selectedAfter);
+    }
+    EXPECT_TRUE(session.shown().empty());
+}
+
+TEST_F(ListOperationsTest, AddAndRenameRefuseDuplicates) {
+    struct Case {
+        const char* what;
+        bool rename;
+        bool allowDuplicates;
+        std::optional<std::string> answer;
+        int result;
+        List after;
+        std::vector<std::string> shown;
+    };
+    const List start = {"red", "green"};
+    const Case cases[] = {
+        {"add", false, false, "blue", 2, {"red", "green", "blue"}, {}},
+        {"add cancelled", false, false, std::nullopt, -1, start, {}},
+        {"add empty", false, false, "", -1, start, {}},
+        {"add duplicate", false, false, "red", -1, start, {"This item already exists"}},
+        {"add allowed duplicate", false, true, "red", 2, {"red", "green", "red"}, {}},
+        {"rename", true, false, "blue", 1, {"red", "blue"}, {}},
+        {"rename unchanged", true, false, "green", -1, start, {}},
+        {"rename duplicate", true, false, "red", -1, start, {"This item already exists"}},
+        {"rename cancelled", true, false, std::nullopt, -1, start, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        session.user.shown.clear();
+        fill(start, 1);
+        session.user.prompts.push_back(c.answer);
+        const int result = c.rename ? listRename(host(), dialog, "Name?", c.allowDuplicates)
+                                    : listAdd(host(), dialog, "Name?", c.allowDuplicates);
+        EXPECT_EQ(result, c.result);
+        EXPECT_EQ(labels(), c.after);
+        if (c.result >= 0) {
+            EXPECT_EQ(selection(), c.result);
+        }
+        EXPECT_EQ(session.shown(), c.shown);
+    }
+}
+
+TEST_F(ListOperationsTest, EntriesChosenByIndexSelectionOrText) {
+    fill({"a", "b", "c"}, 2);
+    session.user.prompts.push_back("B");
+    EXPECT_EQ(listEditEntry(host(), dialog, kListItem, -1, "b", false, true), 1);
+    EXPECT_EQ(labels(), (List{"a", "B", "c"}));
+    EXPECT_EQ(session.user.promptTexts.back(), "Edit item...|b");
+
+    session.user.prompts.push_back("a");
+    EXPECT_EQ(listEditEntry(host(), dialog, kListItem, 2, "", false, true), -1);
+    EXPECT_EQ(session.shown(), List{"This item is already in the list."});
+    session.user.prompts.push_back("a");
+    EXPECT_EQ(listEditEntry(host(), dialog, kListItem, 2, "", true, true), 2);
+    EXPECT_EQ(labels(), (List{"a", "B", "a"}));
+
+    // Removing the selected last entry selects the new last one.
+    EXPECT_EQ(listRemoveEntry(host(), dialog, kListItem, -1, ""), 2);
+    EXPECT_EQ(labels(), (List{"a", "B"}));
+    EXPECT_EQ(selection(), 1);
+    EXPECT_EQ(listRemoveEntry(host(), dialog, kListItem, -1, "missing"), -1);
+}
+
+}  // namespace
+}  // namespace voka

@@ -1,0 +1,273 @@
+// Menus, commands and notifications of a started plug-in: where Test
+// appears per debug level, the override question of the uncolour commands,
+// numbers outside the table, the test command and the about box, and which
+// notifications trigger automatic validation.
+#include "plugin/FrameCommands.h"
+#include "plugin/Menus.h"
+#include "plugin/Notifications.h"
+#include "settings/HostSession.h"
+#include "settings/MainSettings.h"
+#include "settings/SettingsDocument.h"
+
+#include <gtest/gtest.h>
+
+namespace voka {
+namespace {
+
+using testing::HostSession;
+using List = std::vector<std::string>;
+
+const headless::MenuItem* child(const headless::MenuItem& menu, const std::string& tag) {
+    for (const headless::MenuItem& item : menu.items) {
+        if (item.tag == tag) return &item;
+    }
+    return nullptr;
+}
+
+std::vector<int> commandNumbers(const headless::MenuItem& menu) {
+    std::vector<int> numbers;
+    for (const headless::MenuItem& item : menu.items) {
+        if (item.kind == headless::MenuItem::Kind::Command) numbers.push_back(item.number);
+    }
+    return numbers;
+}
+
+// A session started on a reachable master.
+class StartedSession : public HostSession {
+public:
+    StartedSession() {
+        std::filesystem::create_directories(brindel());
+        putSharedSettings(testing::SharedSettings{
+            1, 1, std::map<std::string, std::string>{{"MainSettingsDocPath", putMaster()}}});
+        host.startClient();
+    }
+};
+
+TEST(Menus, TestCommandPerDebugLevel) {
+    struct Case {
+        int debugLevel;
+        bool inMainMenus;
+    };
+    for (const Case c : {Case{3, false}, Case{5, true}, Case{4, false}}) {
+        SCOPED_TRACE(c.debugLevel);
+        HostSession session;
+        session.state().debugLevel = c.debugLevel;
+        defineMenus(session.host, session.state());
+        const headless::MenuItem docMenu = session.host.menu("!MakerMainMenu");
+        const headless::MenuItem bookMenu = session.host.menu("!BookMainMenu");
+        const headless::MenuItem* doc = child(docMenu, "vkp_VOKAMenu");
+        const headless::MenuItem* book = child(bookMenu, "vkp_VOKAMenu_Book");
+        ASSERT_NE(doc, nullptr);
+        ASSERT_NE(book, nullptr);
+        EXPECT_EQ(child(*doc, "vkp_Test") != nullptr, c.inMainMenus);
+        EXPECT_EQ(child(*book, "vkp_Test") != nullptr, c.inMainMenus);
+        EXPECT_EQ(commandNumbers(session.host.menu("!StructureContextMenu")), (std::vector<int>{5, 11, 1}));
+        EXPECT_EQ(commandNumbers(*doc), c.inMainMenus ? (std::vector<int>{1, 15, 19}) : (std::vector<int>{15, 19}));
+    }
+}
+
+TEST(Menus, StartedPluginOffersItsCommandsWhereUsersLook) {
+    StartedSession session;
+    ASSERT_TRUE(session.plugin.started());
+    const headless::MenuItem docMenu = session.host.menu("!MakerMainMenu");
+    const headless::MenuItem* doc = child(docMenu, "vkp_VOKAMenu");
+    ASSERT_NE(doc, nullptr);
+    EXPECT_EQ(doc->label, "VOKA");
+    struct Submenu {
+        const char* menu;
+        const char* tag;
+        const char* label;
+        std::vector<int> commands;
+    };
+    const Submenu submenus[] = {
+        {"!MakerMainMenu", "vkp_ColoringMenuDoc", "Coloring", {5, 6, 20, 8}},
+        {"!MakerMainMenu", "vkp_FilterMenuDoc", "Filtering", {9, 16}},
+        {"!MakerMainMenu", "vkp_ValidationMenuDoc", "Validation", {11, 12, 14}},
+        {"!MakerMainMenu", "vkp_MainSettingsMenu", "Main Settings", {2, 3, 4, 18}},
+        {"!BookMainMenu", "vkp_ColoringMenuBook", "Coloring", {7, 21, 8}},
+        {"!BookMainMenu", "vkp_FilterMenuBook", "Filtering", {10, 17}},
+        {"!BookMainMenu", "vkp_ValidationMenuBook", "Validation", {13, 14}},
+        {"!BookMainMenu", "vkp_MainSettingsMenu", "Main Settings", {2, 3, 4, 18}},
+    };
+    for (const Submenu& s : submenus) {
+        SCOPED_TRACE(s.tag);
+        const bool docMenu = std::string(s.menu) == "!MakerMainMenu";
+        const headless::MenuItem top = session.host.menu(s.menu);
+        const headless::MenuItem* voka = child(top, docMenu ? "vkp_VOKAMenu" : "vkp_VOKAMenu_Book");
+        ASSERT_NE(voka, nullptr);
+        const headless::MenuItem* sub = child(*voka, s.tag);
+        ASSERT_NE(sub, nullptr);
+        EXPECT_EQ(sub->label, s.label);
+        EXPECT_EQ(commandNumbers(*sub), s.commands);
+    }
+    EXPECT_EQ(commandNumbers(session.host.menu("!TableTextContextMenu")), (std::vector<int>{5, 11}));
+    EXPECT_EQ(commandNumbers(session.host.menu("!StructuredTextContextMenu")), (std::vector<int>{5, 11}));
+
+    const auto commands = session.host.commands();
+    ASSERT_EQ(commands.size(), 21u);
+    std::map<int, headless::CommandInfo> byNumber;
+    for (const auto& command : commands) byNumber[command.number] = command;
+    EXPECT_EQ(byNumber[5].shortcut, "\\!11");
+    EXPECT_EQ(byNumber[6].label, "Color Document... (Esc 1 2)");
+    EXPECT_EQ(byNumber[20].shortcut, "\\!13");
+    EXPECT_EQ(byNumber[19].tag, "vkp_VOKAHelpAbout");
+    EXPECT_EQ(byNumber[7].shortcut, "");
+
+    const std::vector<std::pair<int, bool>> asked = {{53, true}, {57, true}, {55, true}, {59, true},
+                                                     {63, true}, {11, true}, {40, true}, {13, true}};
+    EXPECT_EQ(session.host.notificationRequests(), asked);
+}
+
+TEST(Commands, UncolorAsksAboutOverridesUntilTheAnswerIsYes) {
+    const std::string question =
+        std::string(testing::kPrefix) +
+        "This command has the same effect as refreshing the EDD definitions to remove format overrides. It will "
+        "remove all format overrides, whether applied by VOKA or otherwise. Are you sure you want to continue?\n\n "
+        "If you choose Yes, this warning will not appear again.";
+    for (const int command : {20, 21}) {
+        SCOPED_TRACE(command);
+        StartedSession session;
+        session.user.shown.clear();
+        auto questionsAsked = [&] {
+            size_t count = 0;
+            for (const auto& shown : session.user.shown) count += shown.text == question;
+            return count;
+        };
+        session.user.answers = {false};
+        session.plugin.command(command);
+        EXPECT_EQ(questionsAsked(), 1u);
+        EXPECT_EQ(session.state().overrideWarningPending, 1);
+        session.user.answers = {false};
+        session.plugin.command(command);
+        EXPECT_EQ(questionsAsked(), 2u);
+        session.user.answers = {true};
+        session.plugin.command(command);
+        EXPECT_EQ(questionsAsked(), 3u);
+        EXPECT_EQ(session.state().overrideWarningPending, 0);
+        session.plugin.command(command == 20 ? 21 : 20);
+        EXPECT_EQ(questionsAsked(), 3u);
+    }
+}
+
+TEST(Commands, NumbersOutsideTheTableDoNothing) {
+    for (const int number : {0, 22, -1, 1000}) {
+        SCOPED_TRACE(number);
+        StartedSession session;
+        session.user.shown.clear();
+        const PluginState before = session.state();
+        session.plugin.command(number);
+        EXPECT_TRUE(session.shown().empty());
+        EXPECT_EQ(testing::openDocumentCount(session.host), 0);
+        EXPECT_EQ(session.state().overrideWarningPending, before.overrideWarningPending);
+    }
+}
+
+TEST(Commands, TestCommandShowsDocumentAndElementNumbers) {
+    StartedSession session;
+    const Handle doc = openSettingsInvisibly(session.host, session.putMaster());
+    ASSERT_NE(doc, kNoObject);
+    session.host.setActiveDocument(doc);
+    const Handle root = session.host.highestLevelElement(doc, session.host.mainFlow(doc));
+    const Handle element = session.host.firstChild(doc, root);
+    session.host.setElementSelection(doc, ElementRange{{root, element, 0}, {root, session.host.nextSibling(doc, element), 0}});
+    session.user.shown.clear();
+    session.plugin.command(1);
+    EXPECT_EQ(session.shown(), List{std::string(testing::kPrefix) + "Doc:  " + std::to_string(static_cast<int>(doc)) +
+                                    "\n\nElement:  " + std::to_string(static_cast<int>(element))});
+}
+
+TEST(Commands, AboutBoxNamesVersionAndDate) {
+    StartedSession session;
+    session.user.shown.clear();
+    session.plugin.command(19);
+    ASSERT_EQ(session.shown().size(), 1u);
+    const std::string opening = std::string(testing::kPrefix) +
+                                "VOKA plugin version 1.01 for Adobe(R) FrameMaker(R), compile date 03/02/2008.\n\n"
+                                "Thank you for using VOKA.";
+    EXPECT_EQ(session.shown()[0].substr(0, opening.size()), opening);
+    EXPECT_NE(session.shown()[0].find("Brindel"), std::string::npos);
+}
+
+class AnsweringClient : public Client {
+public:
+    void initialize(int) override {}
+    void command(int) override {}
+    void notify(int, Handle, const std::string& text, int) override {
+        received = text;
+        host->returnValue(42);
+    }
+    void dialogEvent(int, int, int) override {}
+    Host* host = nullptr;
+    std::string received;
+};
+
+TEST(Commands, ClientCallProbe) {
+    HostSession session;
+    AnsweringClient other;
+    other.host = &session.host;
+    session.host.registerClient("Other", &other);
+
+    session.user.prompts = {std::string("Other"), std::string("Hello")};
+    EXPECT_EQ(probeClientCall(session.host, session.state(), "Default", "Msg", true, true), 1);
+    EXPECT_EQ(other.received, "Hello");
+    EXPECT_EQ(session.shown(), List{"Return value:\n\n42"});
+    EXPECT_EQ(session.user.promptTexts, (List{"Client?|Default", "Message?|Msg"}));
+
+    // Remembered answers become the defaults; a cancelled prompt calls nobody.
+    other.received.clear();
+    session.user.prompts = {std::string("Other"), std::nullopt};
+    EXPECT_EQ(probeClientCall(session.host, session.state(), "Default", "Msg", true, true), 0);
+    EXPECT_EQ(session.user.promptTexts[2], "Client?|Other");
+    EXPECT_EQ(session.user.promptTexts[3], "Message?|Hello");
+    EXPECT_TRUE(other.received.empty());
+}
+
+TEST(Notifications, WhichChangesTriggerAutomaticValidation) {
+    HostSession session;
+    const Handle doc = openSettingsInvisibly(session.host, session.putMaster());
+    const Handle root = session.host.highestLevelElement(doc, session.host.mainFlow(doc));
+    const Handle selected = session.host.firstChild(doc, root);
+    session.host.setElementSelection(doc, ElementRange{{root, selected, 0}, {root, session.host.nextSibling(doc, selected), 0}});
+    const int named = static_cast<int>(root);
+
+    struct Case {
+        int autoValidate;
+        int code;
+        const char* attribute;
+        Handle expected;
+    };
+    const Case cases[] = {
+        {1, kNotePostSetAttrValue, "audience", root},
+        {1, kNotePostSetAttrValue, "ID", kNoObject},
+        {1, kNotePostSetAttrValue, "id", kNoObject},
+        {1, kNotePostSetAttrValue, "IdRef", kNoObject},
+        {1, kNotePostSetAttrValue, "IDREFERENCE", kNoObject},
+        {1, kNotePostSetAttrValue, "idreferences", root},
+        {1, kNotePostInsertElement, "", root},
+        {1, kNotePostWrapElement, "", root},
+        {1, kNotePostDragElement, "", root},
+        {1, kNotePostChangeElement, "", selected},
+        {1, kNotePreQuitDoc, "", kNoObject},
+        {1, kNotePostQuitDoc, "", kNoObject},
+        {0, kNotePostSetAttrValue, "audience", kNoObject},
+        {0, kNotePostInsertElement, "", kNoObject},
+        {2, kNotePostChangeElement, "", kNoObject},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::to_string(c.code) + " " + c.attribute + " auto " + std::to_string(c.autoValidate));
+        session.state().prefs.autoValidate = c.autoValidate;
+        EXPECT_EQ(autoValidationTarget(session.host, session.state(), c.code, doc, c.attribute, named), c.expected);
+    }
+}
+
+TEST(Notifications, SessionEndClosesTheHeldMainSettings) {
+    StartedSession session;
+    PluginState& state = session.state();
+    ASSERT_NE(openMaster(session.host, state, 1), kNoObject);
+    session.plugin.notify(kNotePreQuitSession, kNoObject, "", 0);
+    EXPECT_EQ(state.mainSettingsDoc, kNoObject);
+    EXPECT_EQ(testing::openDocumentCount(session.host), 0);
+}
+
+}  // namespace
+}  // namespace voka

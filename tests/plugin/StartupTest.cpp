@@ -1,0 +1,158 @@
+// Start-up as the user meets it: which messages appear, whether the menus
+// are there, and that no settings document stays open or is spoilt.
+#include "settings/HostSession.h"
+
+#include <gtest/gtest.h>
+
+namespace voka {
+namespace {
+
+using testing::HostSession;
+using testing::SharedSettings;
+using List = std::vector<std::string>;
+
+const std::string kRetrievalError =
+    std::string(testing::kPrefix) +
+    "An error occurred while attempting to retrieve a copy of the main settings document. The plugin will attempt "
+    "to open your local copy.\n\nThis problem may be due to an incorrect path specification in your preferences, or "
+    "if the file resides on a network, you may be experiencing network issues.";
+const std::string kLocalCopyNotice =
+    std::string(testing::kPrefix) +
+    "Your local copy was opened successfully. Most plugin functions will work, but you will not be able to edit "
+    "schemes or other main settings information. Check the path specification in your preferences make sure it is "
+    "valid.";
+const std::string kNoLocalCopy = std::string(testing::kPrefix) +
+                                 "A local copy could not be opened either. The plugin is unable to initialize. Please "
+                                 "contact Brindel.";
+const std::string kCritical =
+    std::string(testing::kPrefix) +
+    "A critical error occurred while attempting to open your local settings document. Make sure that the file "
+    "exists, is named correctly, and is not corrupt.\n\nVOKA is unable to initialize.";
+
+bool hasVokaMenu(const headless::HeadlessHost& host) {
+    const headless::MenuItem menu = host.menu("!MakerMainMenu");
+    for (const headless::MenuItem& item : menu.items) {
+        if (item.tag == "vkp_VOKAMenu") return true;
+    }
+    return false;
+}
+
+TEST(Startup, EachWayOfFindingTheSettings) {
+    enum class Master { Reachable, Missing };
+    struct Case {
+        const char* name;
+        bool shared;
+        Master master;
+        bool localCopy;
+        List messages;
+        bool started;
+    };
+    const Case cases[] = {
+        {"master reachable", true, Master::Reachable, false, {}, true},
+        {"master missing, local copy present", true, Master::Missing, true, {kRetrievalError, kLocalCopyNotice}, true},
+        {"master and local copy missing", true, Master::Missing, false, {kRetrievalError, kNoLocalCopy}, false},
+        {"no shared settings", false, Master::Reachable, true, {kCritical}, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        HostSession session;
+        std::filesystem::create_directories(session.brindel());
+        const std::string master = c.master == Master::Reachable
+                                       ? session.putMaster()
+                                       : HostSession::hostPath(session.folder / "gone" / "Main.fm");
+        if (c.shared) {
+            session.putSharedSettings(SharedSettings{
+                1, 1, std::map<std::string, std::string>{{"MainSettingsDocPath", master}, {"DefaultCategory", "Software"},
+                                                         {"DefaultColoringScheme", "By audience"}}});
+        }
+        if (c.localCopy) session.putLocalCopy();
+
+        session.host.startClient();
+
+        EXPECT_EQ(session.shown(), c.messages);
+        EXPECT_EQ(session.plugin.started(), c.started);
+        EXPECT_EQ(hasVokaMenu(session.host), c.started);
+        EXPECT_EQ(session.host.commands().size(), c.started ? 21u : 0u);
+        EXPECT_EQ(testing::openDocumentCount(session.host), 0);
+        EXPECT_EQ(session.host.shownDialog("br_Dialog_Status"), kNoObject);
+        EXPECT_EQ(session.state().mainSettingsDoc, kNoObject);
+        EXPECT_EQ(session.state().sharedSettingsDoc, kNoObject);
+        if (c.master == Master::Reachable && c.shared) {
+            // Every start refreshes the local copy from the master.
+            EXPECT_EQ(testing::readFile(session.inBrindel("VOKA_MainSettings_LocalCopy.fm")).empty(), false);
+            EXPECT_EQ(session.state().active.coloringScheme, "By audience");
+        }
+    }
+}
+
+TEST(Startup, NewInstallationUsesTheShippedFile) {
+    HostSession session;
+    std::filesystem::create_directories(session.brindel());
+    session.putLocalCopy();
+    // The shipped settings name no master: the local copy stands in for it.
+    session.putShippedSettings(SharedSettings{1, 1, std::map<std::string, std::string>{{"MainSettingsDocPath", "<None>"}}});
+    session.host.startClient();
+    ASSERT_EQ(session.shown().size(), 1u);
+    EXPECT_NE(session.shown()[0].find("new installation of VOKA"), std::string::npos);
+    EXPECT_TRUE(session.plugin.started());
+    EXPECT_TRUE(std::filesystem::exists(session.inBrindel("BR_Settings.fm")));
+    EXPECT_FALSE(std::filesystem::exists(session.inBrindel("BR_Settings_TEMPVOKA.fm")));
+    EXPECT_EQ(session.state().prefs.masterPath, session.state().paths.localCopy);
+}
+
+// A per-user folder the host cannot write to: every save and delete fails.
+class ReadOnlyFolderHost : public headless::HeadlessHost {
+public:
+    using HeadlessHost::HeadlessHost;
+    Handle simpleSave(Handle, const std::string&, bool) override { return fail(kNoObject); }
+    bool deleteFile(const std::string&) override { return fail(false); }
+};
+
+TEST(Startup, ReadOnlyOrMissingFolderStopsWithTheFrameMessages) {
+    struct Case {
+        const char* name;
+        bool folder;
+        bool shared;
+        bool shipped;
+        List messages;
+    };
+    const Case cases[] = {
+        {"missing folder", false, false, false, {kCritical}},
+        {"read-only folder, new installation", true, false, true, {kCritical}},
+        {"read-only folder, upgrade", true, true, true, {}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        testing::TempFolder root;
+        testing::TestUser user;
+        ReadOnlyFolderHost host(headless::HostConfig{(root.path() / "user").string(),
+                                                     VOKA_SOURCE_DIR "/resources/dialogs"},
+                                user);
+        Plugin plugin(host);
+        host.attachClient(&plugin);
+        const auto brindel = root.path() / "user" / "Brindel";
+        std::filesystem::create_directories(root.path() / "user");
+        if (c.folder) std::filesystem::create_directories(brindel);
+        if (c.shared) testing::writeFile(brindel / "BR_Settings.fm", testing::sharedSettingsXml({1, 1, {}}));
+        if (c.shipped) testing::writeFile(brindel / "BR_Settings_TEMPVOKA.fm", testing::sharedSettingsXml({1, 2, {}}));
+        const std::string sharedBefore = testing::readFile(brindel / "BR_Settings.fm");
+        const std::string shippedBefore = testing::readFile(brindel / "BR_Settings_TEMPVOKA.fm");
+
+        host.startClient();
+
+        EXPECT_FALSE(plugin.started());
+        if (!c.messages.empty()) {
+            EXPECT_EQ(user.texts(), c.messages);
+        } else {
+            // The upgrade talks first, then stops at the unsaved shared settings.
+            ASSERT_FALSE(user.texts().empty());
+            EXPECT_EQ(user.texts().back(), kCritical);
+        }
+        EXPECT_EQ(testing::readFile(brindel / "BR_Settings.fm"), sharedBefore);
+        EXPECT_EQ(testing::readFile(brindel / "BR_Settings_TEMPVOKA.fm"), shippedBefore);
+        EXPECT_EQ(testing::openDocumentCount(host), 0);
+    }
+}
+
+}  // namespace
+}  // namespace voka
