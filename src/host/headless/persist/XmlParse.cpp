@@ -207,6 +207,9 @@ struct ParseCallbacks {
     static void record(ParseContext& c, const xmlError* e) {
         if (!e) return;
         std::string message = trimmed(e->message);
+        // The push parser reports a file cut short as extra content at its end.
+        if (e->code == XML_ERR_DOCUMENT_END && c.parser_ && c.parser_->nameNr > 0 && c.parser_->name)
+            message = "the file ends inside <" + std::string(str(c.parser_->name)) + ">, which is not closed";
         std::string location = c.path_;
         const char* documentFile =
             c.parser_ && c.parser_->inputNr > 0 && c.parser_->inputTab[0] ? c.parser_->inputTab[0]->filename : nullptr;
@@ -336,6 +339,11 @@ ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
         ::close(fd);
         return context.issues_;
     }
+    if (n == 0) {
+        context.issues_.error = path + ": the file is empty";
+        ::close(fd);
+        return context.issues_;
+    }
     xmlSAXHandler sax = makeHandler();
     xmlParserCtxtPtr parser = xmlCreatePushParserCtxt(&sax, nullptr, buffer.data(), static_cast<int>(n), path.c_str());
     if (!parser) {
@@ -348,8 +356,7 @@ ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
     // No XML_PARSE_HUGE: libxml2's limits on entity expansion and depth stay on.
     xmlCtxtUseOptions(parser, XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_DTDLOAD);
 
-    bool ended = n == 0;
-    if (ended) xmlParseChunk(parser, nullptr, 0, 1);
+    bool ended = false;
     while (!ended && !context.failed() && parser->instate != XML_PARSER_EOF) {
         n = readSome(fd, buffer.data(), buffer.size());
         if (n < 0) {
