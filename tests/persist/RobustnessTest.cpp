@@ -1,0 +1,101 @@
+// The loader against a few thousand damaged versions of valid files
+// (cut short, bytes flipped, markup characters inserted, stretches dropped
+// or repeated): it never crashes or hangs, gives a document or an error,
+// never both, and what it does load can be saved and read again.
+#include "SampleDocuments.h"
+#include "TestFiles.h"
+#include "host/headless/persist/Persist.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+namespace voka::test {
+namespace {
+
+using namespace voka::headless;
+
+const char* kContentSeed =
+    "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+    "<!DOCTYPE chapter [\n"
+    "  <!ELEMENT chapter ANY>\n"
+    "  <!ATTLIST chapter audience CDATA 'all' kind (a|b) 'a'>\n"
+    "  <!ENTITY co 'Larkfield &amp; Co'>\n"
+    "]>\n"
+    "<chapter audience=\"novice expert\" xmlns:x=\"urn:x\">\n"
+    "  <title>Pairing &co; <x:ph>sensors</x:ph></title><!-- kept -->\n"
+    "  <p audience=\"\">Hold <![CDATA[<the>]]> button.<?editor mark?></p>\n"
+    "  <table><caption>Sizes</caption><tr><td>small</td></tr></table>\n"
+    "</chapter>\n"
+    "<?voka-color name=\"Orange\" rgb=\"#FF8000\"?>\n"
+    "<?voka-condition name=\"Hidden\" shown=\"0\"?>\n"
+    "<?voka-format start=\"3\" end=\"12\" color=\"Orange\" underlining=\"2\"?>\n"
+    "<?voka-conditions start=\"5\" end=\"9\" names=\"Hidden\"?>\n"
+    "<?voka-row element=\"6\" conditions=\"Hidden\"?>\n"
+    "<?voka-element element=\"4\" title-position=\"1\" begin-adjust=\"1\"?>\n"
+    "<?voka-marker offset=\"4\" type=\"Hypertext\" text=\"openlink\"?>\n";
+
+std::string mutate(const std::string& seed, std::mt19937& random) {
+    static const char kInteresting[] = "<>&\"';]?!-=/#x0\n\xff\xc3";
+    std::string s = seed;
+    auto pick = [&](std::size_t n) { return n == 0 ? 0 : std::uniform_int_distribution<std::size_t>(0, n - 1)(random); };
+    const int edits = 1 + static_cast<int>(pick(3));
+    for (int i = 0; i < edits && !s.empty(); ++i) {
+        switch (pick(5)) {
+            case 0: s.resize(pick(s.size())); break;
+            case 1: s[pick(s.size())] ^= static_cast<char>(1 << pick(8)); break;
+            case 2: s.insert(pick(s.size()), 1, kInteresting[pick(sizeof kInteresting - 1)]); break;
+            case 3: {
+                std::size_t at = pick(s.size());
+                s.erase(at, pick(16));
+                break;
+            }
+            case 4: {
+                std::size_t at = pick(s.size());
+                s.insert(pick(s.size()), s.substr(at, pick(24)));
+                break;
+            }
+        }
+    }
+    return s;
+}
+
+TEST(Robustness, DamagedFilesNeverCrashTheLoader) {
+    ScratchFolder folder;
+    const std::string fullSeedPath = folder.file("seed.fm");
+    ASSERT_TRUE(saveDocument(*richDocument(), fullSeedPath).ok);
+    const std::vector<std::string> seeds{kContentSeed, readFile(fullSeedPath),
+                                         "<?xml version=\"1.0\"?>\n<voka-book version=\"1\">\n"
+                                         "  <component path=\"a.xml\"/>\n  <component path=\"/b/c.xml\"/>\n</voka-book>\n"};
+    std::mt19937 random(20240601);
+    int loadedCount = 0, failedCount = 0;
+    for (int round = 0; round < 3000; ++round) {
+        const std::string& seed = seeds[static_cast<std::size_t>(round) % seeds.size()];
+        const std::string input = folder.write("input.xml", mutate(seed, random));
+        LoadResult loaded = loadFile(input);
+        const bool gotSomething = loaded.document || loaded.book;
+        ASSERT_NE(gotSomething, !loaded.error.empty()) << "round " << round << ": " << loaded.error;
+        if (!gotSomething) {
+            ++failedCount;
+            EXPECT_EQ(loaded.error.find("Cannot open"), std::string::npos) << loaded.error;
+            continue;
+        }
+        ++loadedCount;
+        if (!loaded.document || loadedCount % 10 != 0) continue;
+        const std::string output = folder.file("output.xml");
+        SaveResult saved = saveDocument(*loaded.document, output);
+        if (!saved.ok) {
+            // A damaged file may leave nothing a content file can hold.
+            EXPECT_NE(saved.error.find("no root element"), std::string::npos) << saved.error;
+            continue;
+        }
+        LoadResult again = loadFile(output);
+        EXPECT_TRUE(again.document) << "round " << round << ": " << again.error << "\n" << readFile(input);
+    }
+    // The mutations must exercise both paths for the test to mean anything.
+    EXPECT_GT(loadedCount, 100);
+    EXPECT_GT(failedCount, 100);
+}
+
+}  // namespace
+}  // namespace voka::test
