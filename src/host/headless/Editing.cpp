@@ -118,6 +118,10 @@ void insertTextBefore(Document& doc, std::uint16_t flow, std::uint32_t offset, I
     Flow& f = doc.flows[flow];
     const auto length = static_cast<std::uint32_t>(text.size());
     f.text.insert(offset, text);
+    // Text added at the end of an element goes before a marker there, which
+    // belongs to what follows; anywhere else the marker stays before the text.
+    const bool atEnd = anchor != kNil && offset == doc.elements[anchor].end && doc.elements[anchor].begin < offset;
+    const std::uint32_t firstMovedMarker = atEnd ? offset : offset + 1;
 
     if (anchor != kNil) {
         if (firstMoved == kByOffset) {
@@ -148,9 +152,9 @@ void insertTextBefore(Document& doc, std::uint16_t flow, std::uint32_t offset, I
     f.conditions.shift(offset, length);
     f.conditions.assign(offset, offset + length, 0);
     for (Marker& m : doc.markers)
-        if (m.alive && m.flow == flow && m.offset > offset) m.offset += length;
+        if (m.alive && m.flow == flow && m.offset >= firstMovedMarker) m.offset += length;
     for (XRef& x : doc.xrefs)
-        if (x.alive && x.flow == flow && x.offset > offset) x.offset += length;
+        if (x.alive && x.flow == flow && x.offset >= firstMovedMarker) x.offset += length;
 }
 
 }  // namespace

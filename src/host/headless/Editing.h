@@ -26,7 +26,8 @@ Index flowAnchorAt(const Document& doc, std::uint16_t flow, std::uint32_t offset
 
 // Inserts text at `offset` into `anchor` (kNil: outside any element). The
 // anchor and its ancestors grow; what follows moves on; the new text carries
-// no format overrides and no conditions. Markers at the offset stay before it.
+// no format overrides and no conditions. A marker at the offset stays before
+// the new text, unless the text is added at the anchor's end.
 void insertText(Document& doc, std::uint16_t flow, std::uint32_t offset, Index anchor, std::string_view text);
 
 // A new empty element at `offset`, a child of `parent` placed before
