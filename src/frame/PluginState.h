@@ -173,6 +173,10 @@ struct PluginState {
     std::string probeMessage;
 
     LateBoundCalls calls;
+
+    // The result code of the last menu command (1 done, 0 nothing done,
+    // 102-108 as the colouring commands tell), for a host that reports it.
+    int lastCommandResult = 0;
 };
 
 }  // namespace voka

@@ -11,12 +11,12 @@ namespace {
 // The colouring commands carry their action and flags in the colouring menu table.
 template <int Command>
 void coloring(Host& host, PluginState& state) {
-    colorCommandForMenu(host, state, Command);
+    state.lastCommandResult = colorCommandForMenu(host, state, Command);
 }
 
 template <int DialogCode>
 void activeScheme(Host& host, PluginState& state) {
-    showActiveSchemeDialog(host, state, DialogCode);
+    state.lastCommandResult = showActiveSchemeDialog(host, state, DialogCode);
 }
 
 // Handlers of later subsystems are attached here, one entry each.
@@ -58,7 +58,10 @@ const CommandEntry* findCommand(int number) {
 void runCommand(Host& host, PluginState& state, int number) {
     const CommandEntry* entry = findCommand(number);
     if (entry == nullptr) return;
+    // A command without a result code of its own counts as done.
+    state.lastCommandResult = 0;
     if (entry->overrideWarning && !confirmOverrideWarning(host, state)) return;
+    state.lastCommandResult = 1;
     if (entry->handler != nullptr) entry->handler(host, state);
 }
 

@@ -25,14 +25,14 @@ bool parseAction(const std::string& text, DialogAction& action, std::string& err
         return false;
     }
     const auto equals = rest.find('=');
-    if ((verb != "text" && verb != "state") || equals == std::string::npos ||
+    if ((verb != "text" && verb != "state" && verb != "choose") || equals == std::string::npos ||
         !toInt(rest.substr(0, equals), action.item)) {
-        error = "expected text:ITEM=VALUE, state:ITEM=N or press:ITEM, not \"" + text + "\"";
+        error = "expected text:ITEM=VALUE, state:ITEM=N, choose:ITEM=ENTRY or press:ITEM, not \"" + text + "\"";
         return false;
     }
     const std::string value = rest.substr(equals + 1);
-    if (verb == "text") {
-        action.kind = DialogAction::Kind::Type;
+    if (verb == "text" || verb == "choose") {
+        action.kind = verb == "text" ? DialogAction::Kind::Type : DialogAction::Kind::ChooseLabel;
         action.text = value;
         return true;
     }
@@ -105,6 +105,20 @@ bool BatchAgent::userCancelled(std::uint64_t elementSteps) {
     return options_.cancelRequested && options_.cancelRequested();
 }
 
+// Chooses an entry of a pop-up or list by its text; when the dialog offers
+// no such entry, says which it offers and leaves the dialog to be cancelled.
+bool BatchAgent::chooseLabel(DialogUser& dialog, const DialogAction& action) {
+    const std::vector<std::string> labels = dialog.labels(action.item);
+    for (std::size_t i = 0; i < labels.size(); ++i)
+        if (labels[i] == action.text) return dialog.choose(action.item, static_cast<int>(i));
+    std::string offered;
+    for (const std::string& label : labels) offered += (offered.empty() ? "\"" : ", \"") + label + "\"";
+    print("voka: dialog \"" + dialog.title() + "\" offers no \"" + action.text + "\" here; it offers " +
+          (offered.empty() ? std::string("nothing") : offered));
+    ++errors_;
+    return false;
+}
+
 void BatchAgent::runModalDialog(DialogUser& dialog) {
     for (std::size_t i = 0; i < options_.dialogs.size(); ++i) {
         const DialogScript& script = options_.dialogs[i];
@@ -113,6 +127,10 @@ void BatchAgent::runModalDialog(DialogUser& dialog) {
         for (const DialogAction& action : script.actions) {
             if (!dialog.isUp()) break;
             bool done = false;
+            if (action.kind == DialogAction::Kind::ChooseLabel) {
+                if (!chooseLabel(dialog, action)) break;
+                continue;
+            }
             if (action.kind == DialogAction::Kind::Type) done = dialog.type(action.item, action.text);
             else if (action.kind == DialogAction::Kind::Choose) done = dialog.choose(action.item, action.state);
             else done = dialog.press(action.item);

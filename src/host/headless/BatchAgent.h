@@ -18,10 +18,10 @@
 namespace voka::headless {
 
 struct DialogAction {
-    enum class Kind { Type, Choose, Press };
+    enum class Kind { Type, Choose, ChooseLabel, Press };
     Kind kind = Kind::Press;
     int item = 0;
-    std::string text;  // Type
+    std::string text;  // Type; ChooseLabel: the entry of a pop-up or list to choose
     int state = 0;     // Choose
 };
 
@@ -31,7 +31,7 @@ struct DialogScript {
     std::vector<DialogAction> actions;
 };
 
-// "NAME:text:2=Some text,state:3=1,press:9" (NAME may be empty: ":press:9").
+// "NAME:text:2=Some text,state:3=1,choose:6=Entry,press:9" (NAME may be empty: ":press:9").
 // Values run to the next comma; false and a message when malformed.
 bool parseDialogScript(const std::string& text, DialogScript& script, std::string& error);
 
@@ -61,6 +61,7 @@ public:
 
 private:
     void print(const std::string& text);
+    bool chooseLabel(DialogUser& dialog, const DialogAction& action);
 
     std::ostream& out_;
     BatchOptions options_;

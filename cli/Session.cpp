@@ -1,0 +1,94 @@
+#include "cli/Session.h"
+
+#include "cli/Home.h"
+#include "host/headless/HostPaths.h"
+
+#include <csignal>
+#include <filesystem>
+#include <iostream>
+
+namespace voka::cli {
+namespace {
+
+// Ctrl-C asks to cancel, as Esc does in the host; a second one ends voka.
+volatile std::sig_atomic_t interrupted = 0;
+
+void onInterrupt(int) {
+    if (interrupted) std::_Exit(130);
+    interrupted = 1;
+}
+
+}  // namespace
+
+Session::Session(const SessionOptions& options) : options_(options) {}
+
+bool Session::start() {
+    bool defaultHomeUsed = options_.home.empty();
+    home_ = defaultHomeUsed ? defaultHome() : options_.home;
+    home_ = std::filesystem::absolute(home_).lexically_normal().string();
+    if (std::string problem = prepareHome(home_, defaultHomeUsed); !problem.empty())
+        std::cerr << "voka: " << problem << "\n";
+
+    std::signal(SIGINT, onInterrupt);
+    headless::BatchOptions batch = std::move(options_.batch);
+    batch.yes = options_.yes;
+    batch.cancelRequested = [] {
+        bool was = interrupted != 0;
+        interrupted = 0;
+        return was;
+    };
+    if (options_.quiet) batch.progressInterval = std::chrono::hours(24 * 365);
+    agent_ = std::make_unique<headless::BatchAgent>(std::cerr, std::move(batch));
+
+    headless::HostConfig config;
+    config.sessionDirectory = home_;
+    config.dialogDirectory = resourceDirectory() + "/dialogs";
+    host_ = std::make_unique<headless::HeadlessHost>(config, *agent_);
+    plugin_ = std::make_unique<Plugin>(*host_);
+    host_->attachClient(plugin_.get());
+    host_->startClient();
+    if (!plugin_->started()) {
+        std::cerr << "voka: the plug-in did not start in " << home_ << " (see its messages above)\n";
+        return false;
+    }
+    return true;
+}
+
+Handle Session::openFile(const std::string& systemPath) {
+    std::error_code ec;
+    std::filesystem::path absolute = std::filesystem::absolute(systemPath, ec).lexically_normal();
+    OpenParams params;
+    params.makeVisible = true;
+    params.interactive = false;
+    Handle object = host_->open(headless::toHostPath(absolute.string()), params);
+    if (object == kNoObject) {
+        std::cerr << "voka: cannot open " << systemPath << "\n";
+        return kNoObject;
+    }
+    if (objectType(object) != kBookObject) return object;
+    for (Handle component = host_->firstComponent(object); component != kNoObject;
+         component = host_->nextComponent(object, component)) {
+        std::string path = host_->componentPath(object, component);
+        if (host_->open(path, params) == kNoObject)
+            std::cerr << "voka: cannot open the book's chapter " << headless::toDisplayText(path) << "\n";
+    }
+    host_->setActiveBook(object);
+    return object;
+}
+
+std::vector<Handle> Session::bookDocuments(Handle book) {
+    std::vector<Handle> documents;
+    for (Handle component = host_->firstComponent(book); component != kNoObject;
+         component = host_->nextComponent(book, component)) {
+        std::string wanted = headless::normalHostPath(host_->componentPath(book, component));
+        for (Handle doc = host_->firstOpenDocument(); doc != kNoObject; doc = host_->nextOpenDocument(doc)) {
+            if (headless::normalHostPath(host_->path(doc)) == wanted) {
+                documents.push_back(doc);
+                break;
+            }
+        }
+    }
+    return documents;
+}
+
+}  // namespace voka::cli

@@ -1,0 +1,58 @@
+// One run of voka: a headless host on the per-user folder, the plug-in
+// started in it exactly as FrameMaker would start it, and the documents and
+// books the command line names.
+#pragma once
+
+#include "host/headless/BatchAgent.h"
+#include "host/headless/HeadlessHost.h"
+#include "plugin/Plugin.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace voka::cli {
+
+// Exit codes of voka.
+enum ExitCode : int {
+    kExitOk = 0,
+    kExitFailed = 1,      // the plug-in refused or failed the work
+    kExitUsage = 2,       // bad command line
+    kExitNoStart = 3,     // the plug-in could not start (its messages say why)
+    kExitBadInput = 4,    // a file could not be opened
+    kExitCancelled = 5,   // cancelled by the user
+};
+
+struct SessionOptions {
+    std::string home;       // "" for the default
+    bool yes = false;       // answer Yes to questions
+    bool quiet = false;     // no progress lines
+    headless::BatchOptions batch;  // answers and dialog scripts
+};
+
+class Session {
+public:
+    explicit Session(const SessionOptions& options);
+
+    // Prepares the per-user folder and starts the plug-in. False when it did
+    // not start; the reasons were printed.
+    bool start();
+
+    // Opens a document or a book (a system path); for a book also every
+    // component. Returns the handle, or 0 after printing why.
+    Handle openFile(const std::string& systemPath);
+    std::vector<Handle> bookDocuments(Handle book);
+
+    headless::HeadlessHost& host() { return *host_; }
+    headless::BatchAgent& agent() { return *agent_; }
+    Plugin& plugin() { return *plugin_; }
+
+private:
+    SessionOptions options_;
+    std::string home_;
+    std::unique_ptr<headless::BatchAgent> agent_;
+    std::unique_ptr<headless::HeadlessHost> host_;
+    std::unique_ptr<Plugin> plugin_;
+};
+
+}  // namespace voka::cli

@@ -1,0 +1,92 @@
+// voka: the VOKA plug-in on the headless host, from the command line.
+#include "cli/Commands.h"
+#include "cli/Session.h"
+
+#include <CLI/CLI.hpp>
+
+#include <iostream>
+
+namespace {
+
+using voka::cli::ExitCode;
+using voka::headless::DialogAction;
+using voka::headless::DialogScript;
+
+// The active-scheme dialog the colouring commands show first: choose the
+// category and scheme asked for (by their names) and press OK.
+DialogScript schemeChoice(const std::string& category, const std::string& scheme) {
+    DialogScript script;
+    script.dialog = "br_Dialog_2DDown_wChkBox";
+    if (!category.empty()) script.actions.push_back({DialogAction::Kind::ChooseLabel, 3, category, 0});
+    if (!scheme.empty()) script.actions.push_back({DialogAction::Kind::ChooseLabel, 6, scheme, 0});
+    script.actions.push_back({DialogAction::Kind::Press, 9, "", 0});
+    return script;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    CLI::App app{"voka: colour, filter and validate structured documents by their attribute values, "
+                 "with the VOKA plug-in running on a headless host."};
+    app.require_subcommand(1);
+    voka::cli::SessionOptions options;
+    app.add_option("--home", options.home,
+                   "Per-user folder (the host session directory); default ~/.config/voka, created and "
+                   "set up on first use. A folder given here must exist.");
+    app.add_flag("--yes", options.yes, "Answer Yes to the plug-in's questions (default: No)");
+    app.add_flag("--quiet", options.quiet, "No progress lines on standard error");
+
+    auto* menus = app.add_subcommand("menus", "List the plug-in's menus and commands, per host menu");
+
+    auto* command = app.add_subcommand("command", "Run one of the plug-in's menu commands by its tag");
+    std::string tag, commandFile;
+    command->add_option("TAG", tag, "Command tag, e.g. vkp_VOKAHelpAbout ('voka menus' lists them)")->required();
+    command->add_option("FILE", commandFile, "Document or book to open first");
+    std::vector<std::string> dialogScripts;
+    command->add_option("--dialog", dialogScripts,
+                        "Actions for a modal dialog: NAME:text:ITEM=TEXT,state:ITEM=N,press:ITEM "
+                        "(repeatable; unanswered dialogs are cancelled)");
+
+    voka::cli::ColorRequest colorRequest;
+    auto* color = app.add_subcommand("color", "Colour a document or a book with a coloring scheme and write the "
+                                              "coloured document and its HTML rendering");
+    color->add_option("FILE", colorRequest.file, "XML document or book file (default: the bundled example book)");
+    color->add_option("--category", colorRequest.category, "Scheme category (default: the active one)");
+    color->add_option("--scheme", colorRequest.scheme, "Coloring scheme (default: the active one)");
+    color->add_option("--out", colorRequest.outDir, "Output folder")->capture_default_str();
+
+    voka::cli::ColorRequest uncolorRequest;
+    uncolorRequest.uncolor = true;
+    auto* uncolor = app.add_subcommand("uncolor", "Remove all colouring (every format override) from a document "
+                                                  "or a book and write the result");
+    uncolor->add_option("FILE", uncolorRequest.file, "XML document or book file (default: the bundled example book)");
+    uncolor->add_option("--out", uncolorRequest.outDir, "Output folder")->capture_default_str();
+
+    std::vector<std::string> infoFiles;
+    auto* info = app.add_subcommand("info", "Show what the host holds for documents and books");
+    info->add_option("FILE", infoFiles, "Documents or books")->required();
+
+    CLI11_PARSE(app, argc, argv);
+
+    for (const std::string& text : dialogScripts) {
+        DialogScript script;
+        std::string error;
+        if (!voka::headless::parseDialogScript(text, script, error)) {
+            std::cerr << "voka: --dialog " << text << ": " << error << "\n";
+            return ExitCode::kExitUsage;
+        }
+        options.batch.dialogs.push_back(script);
+    }
+    if (color->parsed()) options.batch.dialogs.push_back(schemeChoice(colorRequest.category, colorRequest.scheme));
+    // Uncolouring asks once whether every format override may go: the command says so.
+    if (uncolor->parsed()) options.yes = true;
+
+    voka::cli::Session session(options);
+    if (!session.start()) return ExitCode::kExitNoStart;
+    if (menus->parsed()) return voka::cli::listMenus(session);
+    if (command->parsed()) return voka::cli::runMenuCommand(session, tag, commandFile);
+    if (color->parsed()) return voka::cli::colorFiles(session, colorRequest);
+    if (uncolor->parsed()) return voka::cli::colorFiles(session, uncolorRequest);
+    if (info->parsed()) return voka::cli::showInfo(session, infoFiles);
+    return ExitCode::kExitUsage;
+}
