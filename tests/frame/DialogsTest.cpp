@@ -67,8 +67,8 @@ TEST(CancelPoll, EscIsConfirmedBeforeAPassStops) {
     };
     for (const Case& c : cases) {
         HostSession session;
-        session.user.escPresses = c.esc ? 1 : 0;
-        if (c.answer) session.user.answers.push_back(*c.answer);
+        if (c.esc) session.user.pressEsc();
+        if (c.answer) *c.answer ? session.user.answerYes() : session.user.answerNo();
         EXPECT_EQ(pollCancel(session.host, session.state()), c.result);
         EXPECT_EQ(session.state().settingsError, c.error);
         ASSERT_EQ(session.shown().size(), c.questions);
@@ -85,7 +85,7 @@ TEST(ChoiceDialogs, OkAndCancelReachTheCaller) {
     };
     for (const Case c : {Case{kOneChoiceOk, true}, Case{kOneChoiceCancel, false}}) {
         HostSession session;
-        session.user.dialogs.push_back([&](headless::DialogUser& d) {
+        session.user.onDialog("br_Dialog_1DDown_wChkBox", [&](headless::DialogUser& d) {
             EXPECT_EQ(d.title(), "Pick one");
             EXPECT_EQ(d.labels(3), (List{"Coloring", "Filter"}));
             EXPECT_EQ(d.state(4), 1);
@@ -105,7 +105,7 @@ TEST(ChoiceDialogs, OkAndCancelReachTheCaller) {
 
 TEST(ChoiceDialogs, DropDownUnderTheCallersNumber) {
     HostSession session;
-    session.user.dialogs.push_back([](headless::DialogUser& d) {
+    session.user.onDialog("br_Dialog_DDown_WIDE", [](headless::DialogUser& d) {
         EXPECT_EQ(d.label(1), "Color?");
         d.choose(3, 2);
         d.press(kDropDownOk);
@@ -125,8 +125,8 @@ TEST(ListEditor, EditsAListItemOnlyWhenAccepted) {
         const Handle outer = session.host.openDialogResource("br_Dialog_1DDown_wChkBox");
         const Handle item = session.host.dialogItem(outer, 3);
         session.host.setItemLabels(outer, item, {"a", "b"});
-        session.user.prompts.push_back("c");
-        session.user.dialogs.push_back([accept](headless::DialogUser& d) {
+        session.user.answerPrompt("c");
+        session.user.onDialog("br_DialogStringsListEditor", [accept](headless::DialogUser& d) {
             EXPECT_EQ(d.title(), "List Editor");
             d.choose(kListItem, 0);
             d.press(kListDown);

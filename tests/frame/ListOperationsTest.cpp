@@ -87,9 +87,9 @@ TEST_F(ListOperationsTest, AddAndRenameRefuseDuplicates) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        session.user.shown.clear();
+        session.user.clearTranscript();
         fill(start, 1);
-        session.user.prompts.push_back(c.answer);
+        c.answer ? session.user.answerPrompt(*c.answer) : session.user.cancelPrompt();
         const int result = c.rename ? listRename(host(), dialog, "Name?", c.allowDuplicates)
                                     : listAdd(host(), dialog, "Name?", c.allowDuplicates);
         EXPECT_EQ(result, c.result);
@@ -103,15 +103,15 @@ TEST_F(ListOperationsTest, AddAndRenameRefuseDuplicates) {
 
 TEST_F(ListOperationsTest, EntriesChosenByIndexSelectionOrText) {
     fill({"a", "b", "c"}, 2);
-    session.user.prompts.push_back("B");
+    session.user.answerPrompt("B");
     EXPECT_EQ(listEditEntry(host(), dialog, kListItem, -1, "b", false, true), 1);
     EXPECT_EQ(labels(), (List{"a", "B", "c"}));
     EXPECT_EQ(session.user.promptTexts.back(), "Edit item...|b");
 
-    session.user.prompts.push_back("a");
+    session.user.answerPrompt("a");
     EXPECT_EQ(listEditEntry(host(), dialog, kListItem, 2, "", false, true), -1);
     EXPECT_EQ(session.shown(), List{"This item is already in the list."});
-    session.user.prompts.push_back("a");
+    session.user.answerPrompt("a");
     EXPECT_EQ(listEditEntry(host(), dialog, kListItem, 2, "", true, true), 2);
     EXPECT_EQ(labels(), (List{"a", "B", "a"}));
 

@@ -127,20 +127,20 @@ TEST(Commands, UncolorAsksAboutOverridesUntilTheAnswerIsYes) {
     for (const int command : {20, 21}) {
         SCOPED_TRACE(command);
         StartedSession session;
-        session.user.shown.clear();
+        session.user.clearTranscript();
         auto questionsAsked = [&] {
             size_t count = 0;
-            for (const auto& shown : session.user.shown) count += shown.text == question;
+            for (const std::string& text : session.user.texts(headless::Said::Question)) count += text == question;
             return count;
         };
-        session.user.answers = {false};
+        session.user.answerNo();
         session.plugin.command(command);
         EXPECT_EQ(questionsAsked(), 1u);
         EXPECT_EQ(session.state().overrideWarningPending, 1);
-        session.user.answers = {false};
+        session.user.answerNo();
         session.plugin.command(command);
         EXPECT_EQ(questionsAsked(), 2u);
-        session.user.answers = {true};
+        session.user.answerYes();
         session.plugin.command(command);
         EXPECT_EQ(questionsAsked(), 3u);
         EXPECT_EQ(session.state().overrideWarningPending, 0);
@@ -153,7 +153,7 @@ TEST(Commands, NumbersOutsideTheTableDoNothing) {
     for (const int number : {0, 22, -1, 1000}) {
         SCOPED_TRACE(number);
         StartedSession session;
-        session.user.shown.clear();
+        session.user.clearTranscript();
         const PluginState before = session.state();
         session.plugin.command(number);
         EXPECT_TRUE(session.shown().empty());
@@ -170,7 +170,7 @@ TEST(Commands, TestCommandShowsDocumentAndElementNumbers) {
     const Handle root = session.host.highestLevelElement(doc, session.host.mainFlow(doc));
     const Handle element = session.host.firstChild(doc, root);
     session.host.setElementSelection(doc, ElementRange{{root, element, 0}, {root, session.host.nextSibling(doc, element), 0}});
-    session.user.shown.clear();
+    session.user.clearTranscript();
     session.plugin.command(1);
     EXPECT_EQ(session.shown(), List{std::string(testing::kPrefix) + "Doc:  " + std::to_string(static_cast<int>(doc)) +
                                     "\n\nElement:  " + std::to_string(static_cast<int>(element))});
@@ -178,7 +178,7 @@ TEST(Commands, TestCommandShowsDocumentAndElementNumbers) {
 
 TEST(Commands, AboutBoxNamesVersionAndDate) {
     StartedSession session;
-    session.user.shown.clear();
+    session.user.clearTranscript();
     session.plugin.command(19);
     ASSERT_EQ(session.shown().size(), 1u);
     const std::string opening = std::string(testing::kPrefix) +
@@ -207,7 +207,8 @@ TEST(Commands, ClientCallProbe) {
     other.host = &session.host;
     session.host.registerClient("Other", &other);
 
-    session.user.prompts = {std::string("Other"), std::string("Hello")};
+    session.user.answerPrompt("Other");
+    session.user.answerPrompt("Hello");
     EXPECT_EQ(probeClientCall(session.host, session.state(), "Default", "Msg", true, true), 1);
     EXPECT_EQ(other.received, "Hello");
     EXPECT_EQ(session.shown(), List{"Return value:\n\n42"});
@@ -215,7 +216,8 @@ TEST(Commands, ClientCallProbe) {
 
     // Remembered answers become the defaults; a cancelled prompt calls nobody.
     other.received.clear();
-    session.user.prompts = {std::string("Other"), std::nullopt};
+    session.user.answerPrompt("Other");
+    session.user.cancelPrompt();
     EXPECT_EQ(probeClientCall(session.host, session.state(), "Default", "Msg", true, true), 0);
     EXPECT_EQ(session.user.promptTexts[2], "Client?|Other");
     EXPECT_EQ(session.user.promptTexts[3], "Message?|Hello");

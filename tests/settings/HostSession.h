@@ -6,8 +6,11 @@
 
 #include "host/headless/HeadlessHost.h"
 #include "host/headless/HostPaths.h"
+#include "host/headless/ScriptedAgent.h"
 #include "plugin/Plugin.h"
 #include "settings/SettingsFiles.h"
+
+#include <gtest/gtest.h>
 
 #include <deque>
 #include <functional>
@@ -18,60 +21,29 @@
 
 namespace voka::testing {
 
-// Answers from queues and keeps every text shown. Questions not scripted
-// are answered No, prompts cancelled, modal dialogs closed.
-class TestUser : public headless::UserAgent {
+// The scripted user of the host, which also keeps the default each prompt
+// offered, so that tests see what a prompt proposed. Anything asked that
+// the test did not script fails the test.
+class TestUser : public headless::ScriptedAgent {
 public:
-    struct Shown {
-        std::string text;
-        AlertKind kind;
-    };
+    TestUser() : ScriptedAgent([](const std::string& what) { ADD_FAILURE() << what; }) {}
 
-    std::deque<bool> answers;                        // questions: true = Yes
-    std::deque<std::optional<std::string>> prompts;  // nullopt = cancel
-    std::deque<std::function<void(headless::DialogUser&)>> dialogs;
-    int escPresses = 0;
-    std::vector<Shown> shown;
-    std::vector<std::string> promptTexts;
-
-    int alert(const std::string& message, AlertKind kind) override {
-        shown.push_back({message, kind});
-        if (kind != kAlertYesDefault && kind != kAlertNoDefault) return 0;
-        const bool yes = !answers.empty() && answers.front();
-        if (!answers.empty()) answers.pop_front();
-        return yes ? 0 : 1;
-    }
     int promptString(const std::string& prompt, const std::string& initial, std::string& answer) override {
         promptTexts.push_back(prompt + "|" + initial);
-        if (prompts.empty() || !prompts.front()) {
-            if (!prompts.empty()) prompts.pop_front();
-            return 1;
-        }
-        answer = *prompts.front();
-        prompts.pop_front();
-        return 0;
+        return ScriptedAgent::promptString(prompt, initial, answer);
     }
-    int chooseFile(const std::string&, const std::string&, const std::string&, int, std::string&) override {
-        return 1;
-    }
-    bool userCancelled(std::uint64_t) override {
-        if (escPresses == 0) return false;
-        --escPresses;
-        return true;
-    }
-    void runModalDialog(headless::DialogUser& dialog) override {
-        if (dialogs.empty()) return;
-        auto act = std::move(dialogs.front());
-        dialogs.pop_front();
-        act(dialog);
-    }
-    void hostMessage(headless::Said, const std::string&) override {}
 
+    using ScriptedAgent::texts;
+    // Every alert and question, in the order shown.
     std::vector<std::string> texts() const {
         std::vector<std::string> out;
-        for (const Shown& s : shown) out.push_back(s.text);
+        for (const headless::TranscriptEntry& entry : transcript()) {
+            if (entry.kind == headless::Said::Alert || entry.kind == headless::Said::Question) out.push_back(entry.text);
+        }
         return out;
     }
+
+    std::vector<std::string> promptTexts;
 };
 
 inline constexpr const char* kPrefix = "-- VOKA plugin message --\n\n";
