@@ -1,0 +1,166 @@
+// Selections and the clipboard, as the settings merge, the colouring of a
+// selection and the filter use them.
+#include "HostFixture.h"
+
+namespace voka::headless::testing {
+namespace {
+
+struct Chapter {
+    Handle doc, chapter, title, first, second;
+};
+
+Chapter chapter(HostFixture& f, const std::string& name = "c.xml") {
+    TreeBuilder b;
+    b.open("Chapter").leaf("Title", {}, "Intro").leaf("Para", {}, "Hello").leaf("Para", {}, "World").close();
+    Chapter c;
+    c.doc = b.build(f.host, f.folder.hostPath(name));
+    c.chapter = root(f.host, c.doc);
+    const auto kids = children(f.host, c.doc, c.chapter);
+    c.title = kids[0];
+    c.first = kids[1];
+    c.second = kids[2];
+    return c;
+}
+
+TEST(Selection, SelectingElementsSelectsTheirText) {
+    HostFixture f;
+    Chapter c = chapter(f);
+    struct Case {
+        const char* name;
+        ElementRange range;
+        std::string text;
+    };
+    const Case cases[] = {
+        {"one element", {{c.chapter, c.first, 0}, {c.chapter, c.second, 0}}, "Hello"},
+        {"the last element", {{c.chapter, c.second, 0}, {c.chapter, kNoObject, 0}}, "World"},
+        {"two elements", {{c.chapter, c.title, 0}, {c.chapter, c.second, 0}}, "IntroHello"},
+        {"the highest-level element", {{kNoObject, c.chapter, 0}, {kNoObject, kNoObject, 0}}, "IntroHelloWorld"},
+        {"an insertion point", {{c.first, kNoObject, 2}, {c.first, kNoObject, 2}}, ""},
+    };
+    for (const Case& k : cases) {
+        SCOPED_TRACE(k.name);
+        ASSERT_TRUE(f.host.setElementSelection(c.doc, k.range));
+        EXPECT_EQ(f.host.elementSelection(c.doc), k.range);
+        EXPECT_EQ(f.host.text(c.doc, f.host.textSelection(c.doc)), k.text);
+    }
+    // Text added at an insertion point inside an element lands in it.
+    ASSERT_TRUE(f.host.addText(c.doc, f.host.textSelection(c.doc).begin, "!"));
+    EXPECT_EQ(elementText(f.host, c.doc, c.first), "He!llo");
+}
+
+TEST(Selection, TheElementOfATextSelection) {
+    HostFixture f;
+    Chapter c = chapter(f);
+    const Handle flow = f.host.mainFlow(c.doc);
+    struct Case {
+        const char* name;
+        TextRange text;
+        ElementRange elements;
+    };
+    // Offsets in the flow: Intro [0,5), Hello [5,10), World [10,15).
+    const Case cases[] = {
+        {"an insertion point inside a paragraph", {{flow, 7}, {flow, 7}}, {{c.first, kNoObject, 2}, {c.first, kNoObject, 2}}},
+        {"text inside a paragraph", {{c.first, 1}, {c.first, 3}}, {{c.first, kNoObject, 1}, {c.first, kNoObject, 3}}},
+        {"exactly one paragraph", {{flow, 5}, {flow, 10}}, {{c.chapter, c.first, 0}, {c.chapter, c.second, 0}}},
+        {"across two paragraphs", {{flow, 7}, {flow, 12}}, {{c.chapter, c.first, 0}, {c.chapter, kNoObject, 0}}},
+    };
+    for (const Case& k : cases) {
+        SCOPED_TRACE(k.name);
+        ASSERT_TRUE(f.host.setTextSelection(c.doc, k.text));
+        EXPECT_EQ(f.host.textSelection(c.doc), k.text);
+        EXPECT_EQ(f.host.elementSelection(c.doc), k.elements);
+    }
+    // A selection of deleted text is no selection.
+    ASSERT_TRUE(f.host.setTextSelection(c.doc, {{c.second, 0}, {c.second, 2}}));
+    ASSERT_TRUE(f.host.deleteObject(c.doc, c.second));
+    f.host.clearError();
+    EXPECT_EQ(f.host.textSelection(c.doc), TextRange{});
+    EXPECT_EQ(f.host.elementSelection(c.doc), ElementRange{});
+    EXPECT_EQ(f.host.errorNumber(), kErrorNone);
+}
+
+TEST(Selection, ClearDeletesWhatIsSelected) {
+    HostFixture f;
+    Chapter c = chapter(f);
+    ASSERT_TRUE(f.host.setElementSelection(c.doc, {{c.chapter, c.first, 0}, {c.chapter, c.second, 0}}));
+    ASSERT_TRUE(f.host.clearSelection(c.doc));
+    EXPECT_EQ(children(f.host, c.doc, c.chapter), (std::vector<Handle>{c.title, c.second}));
+    EXPECT_EQ(elementText(f.host, c.doc, c.chapter), "IntroWorld");
+    ASSERT_TRUE(f.host.setTextSelection(c.doc, {{c.second, 1}, {c.second, 4}}));
+    ASSERT_TRUE(f.host.clearSelection(c.doc));
+    EXPECT_EQ(elementText(f.host, c.doc, c.second), "Wd");
+    EXPECT_FALSE(f.host.clearSelection(c.doc));  // nothing selected any more
+}
+
+// The shared settings merge: the shipped group replaces the user's, and
+// definitions the user's document lacks come along.
+TEST(Clipboard, PasteReplacesTheSelectedElement) {
+    HostFixture f;
+    TreeBuilder shipped;
+    shipped.define("Group", kElementContainer,
+                   {AttributeDefinition{"Version", kAttrInteger, 0, {}, {}}, AttributeDefinition{"Name", kAttrString, 0, {}, {}}});
+    shipped.open("Settings").open("Group", {{"Version", "2"}, {"Name", "new"}});
+    shipped.leaf("Extra", {{"Key", "k"}}, "extra text").close().close();
+    const Handle source = shipped.build(f.host, f.folder.hostPath("shipped.xml"));
+    const Handle sourceGroup = f.host.firstChild(source, root(f.host, source));
+
+    TreeBuilder user;
+    user.define("Group", kElementContainer,
+                {AttributeDefinition{"Name", kAttrString, 0, {}, {}}, AttributeDefinition{"Version", kAttrInteger, 0, {}, {}}});
+    user.open("Settings").leaf("Group", {{"Version", "1"}, {"Name", "old"}}, "old text").leaf("Other", {}, "other");
+    const Handle target = user.build(f.host, f.folder.hostPath("user.xml"));
+    const Handle settings = root(f.host, target);
+    const Handle oldGroup = f.host.firstChild(target, settings);
+    const Handle other = f.host.lastChild(target, settings);
+
+    ASSERT_TRUE(f.host.setElementSelection(source, {{root(f.host, source), sourceGroup, 0}, {root(f.host, source), kNoObject, 0}}));
+    ASSERT_TRUE(f.host.copySelection(source));
+    ASSERT_TRUE(f.host.setElementSelection(target, {{settings, oldGroup, 0}, {settings, other, 0}}));
+    ASSERT_TRUE(f.host.paste(target));
+
+    const auto kids = children(f.host, target, settings);
+    ASSERT_EQ(kids.size(), 2u);
+    EXPECT_EQ(kids[1], other);
+    const Handle newGroup = kids[0];
+    EXPECT_EQ(f.host.parent(target, oldGroup), kNoObject);  // the old group is gone
+    // Values go by name into the user's definition, which has its own order.
+    EXPECT_EQ(f.host.attributes(target, newGroup), (Attributes{{"Name", {"new"}}, {"Version", {"2"}}}));
+    const Handle extra = f.host.firstChild(target, newGroup);
+    EXPECT_EQ(f.host.definitionTag(target, f.host.elementDefinition(target, extra)), "Extra");
+    EXPECT_NE(f.host.namedObject(target, kElementDefinitionObject, "Extra"), kNoObject);
+    EXPECT_EQ(f.host.attributes(target, extra), (Attributes{{"Key", {"k"}}}));
+    EXPECT_EQ(elementText(f.host, target, settings), "extra textother");
+    EXPECT_EQ(elementText(f.host, target, other), "other");
+    EXPECT_TRUE(f.host.isModified(target));
+    // The source is as it was.
+    EXPECT_EQ(elementText(f.host, source, root(f.host, source)), "extra text");
+}
+
+TEST(Clipboard, PasteAtAnInsertionPointAddsTheElements) {
+    HostFixture f;
+    Chapter from = chapter(f, "from.xml");
+    Chapter to = chapter(f, "to.xml");
+    ASSERT_TRUE(f.host.setElementSelection(from.doc, {{from.chapter, from.first, 0}, {from.chapter, kNoObject, 0}}));
+    ASSERT_TRUE(f.host.copySelection(from.doc));
+    struct Case {
+        const char* name;
+        ElementLocation point;
+        std::string chapterAfter;
+    };
+    const Case cases[] = {
+        {"at the end inside the highest-level element", {to.chapter, kNoObject, 0}, "IntroHelloWorldHelloWorld"},
+        {"before a child", {to.chapter, to.first, 0}, "IntroHelloWorldHelloWorldHelloWorld"},
+    };
+    for (const Case& k : cases) {
+        SCOPED_TRACE(k.name);
+        ASSERT_TRUE(f.host.setElementSelection(to.doc, {k.point, k.point}));
+        ASSERT_TRUE(f.host.paste(to.doc));
+        EXPECT_EQ(elementText(f.host, to.doc, to.chapter), k.chapterAfter);
+    }
+    EXPECT_EQ(children(f.host, to.doc, to.chapter).size(), 7u);
+    EXPECT_EQ(elementText(f.host, to.doc, to.first), "Hello");
+    EXPECT_EQ(elementText(f.host, to.doc, to.second), "World");
+}
+
+}  // namespace
+}  // namespace voka::headless::testing
