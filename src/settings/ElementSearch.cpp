@@ -49,6 +49,7 @@ Handle findElement(Host& host, PluginState& state, Handle doc, Handle start, con
 
     Handle current = root;
     WalkDirection last = WalkDirection::Down;
+    // Leaving the root sideways or upwards reaches the boundary, or nothing.
     while (current != kNoObject && current != boundary) {
         if (matches(host, doc, current, tag, attribute, value)) return current;
         Handle next = last != WalkDirection::Up ? host.firstChild(doc, current) : kNoObject;
@@ -60,8 +61,6 @@ Handle findElement(Host& host, PluginState& state, Handle doc, Handle start, con
             next = host.parent(doc, current);
             last = WalkDirection::Up;
         }
-        // Leaving the root sideways or upwards ends the walk at the boundary.
-        if (current == root && last != WalkDirection::Down) break;
         current = next;
     }
     return kNoObject;
