@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cctype>
 #include <sstream>
 
@@ -128,6 +129,10 @@ TEST(Books, ComponentsAreRelativeToTheBookFolder) {
     book.components.push_back(BookComponent{folder.file("ch1.xml"), "", 1, true});
     book.components.push_back(BookComponent{folder.file("parts/ch2.xml"), "filtered", 2, true});
     book.components.push_back(BookComponent{"/elsewhere/ch3.xml", "", 3, true});
+    // The host's own notation, as a book opened through the host holds it.
+    std::string hostNotation = folder.file("ch4.xml");
+    std::replace(hostNotation.begin(), hostNotation.end(), '/', '\\');
+    book.components.push_back(BookComponent{hostNotation, "", 5, true});
     book.components.push_back(BookComponent{folder.file("gone.xml"), "", 4, false});
     const std::string path = folder.file("my.book");
     SaveResult saved = saveBook(book, path);
@@ -137,11 +142,13 @@ TEST(Books, ComponentsAreRelativeToTheBookFolder) {
     EXPECT_NE(text.find("<component path=\"ch1.xml\"/>"), std::string::npos) << text;
     EXPECT_NE(text.find("<component path=\"parts/ch2.xml\" user-string=\"filtered\"/>"), std::string::npos) << text;
     EXPECT_NE(text.find("<component path=\"/elsewhere/ch3.xml\"/>"), std::string::npos) << text;
+    EXPECT_NE(text.find("<component path=\"ch4.xml\"/>"), std::string::npos) << text;
     EXPECT_EQ(text.find("gone.xml"), std::string::npos) << text;
 
     LoadResult loaded = loadFile(path);
     ASSERT_TRUE(loaded.book) << loaded.error;
     EXPECT_FALSE(loaded.document);
+    book.components[3].path = folder.file("ch4.xml");
     EXPECT_EQ(firstDifference(book, *loaded.book), "");
 }
 

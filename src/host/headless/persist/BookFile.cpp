@@ -1,5 +1,6 @@
 #include "host/headless/persist/BookFile.h"
 
+#include <algorithm>
 #include <filesystem>
 
 namespace voka::headless {
@@ -56,8 +57,12 @@ void writeBook(XmlOut& out, const Book& book, const std::string& bookPath) {
     const std::filesystem::path folder = folderOf(bookPath);
     out.raw("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<voka-book version=\"1\">\n");
     for (const BookComponent& component : book.components) {
-        if (!component.alive) continue;
-        std::filesystem::path file = std::filesystem::absolute(component.path).lexically_normal();
+        if (!component.alive || component.path.empty()) continue;
+        // The host keeps component paths in its own notation; a backslash is
+        // never part of a file name on disk, so it is a separator here.
+        std::string posix = component.path;
+        std::replace(posix.begin(), posix.end(), '\\', '/');
+        std::filesystem::path file = std::filesystem::absolute(posix).lexically_normal();
         std::filesystem::path relative = file.lexically_relative(folder);
         const bool inside = !relative.empty() && *relative.begin() != "..";
         out.raw("  <component");
