@@ -51,6 +51,7 @@ struct MenuItem {
     std::string shortcut;
     int number = 0;  // commands
     std::vector<MenuItem> items;  // menus
+    bool operator==(const MenuItem&) const = default;
 };
 
 struct CommandInfo {
@@ -58,6 +59,7 @@ struct CommandInfo {
     std::string tag;
     std::string label;
     std::string shortcut;
+    bool operator==(const CommandInfo&) const = default;
 };
 
 // The host's own menus, by the names the plug-in looks them up with.

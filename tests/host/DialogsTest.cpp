@@ -1,0 +1,207 @@
+// Dialogs as the plug-in runs them: resources by name, modal runs driven by
+// the user with events and "stay up", modeless progress shown to the user.
+#include "HostFixture.h"
+
+namespace voka::headless::testing {
+namespace {
+
+constexpr const char* kChoiceDialog = R"(<dialog name="t_Dialog_Choice" title="Choose">
+  <item number="1" kind="label" label="Scheme category"/>
+  <item number="2" kind="edit"/>
+  <item number="3" kind="popup"><choice>One</choice><choice>Two</choice></item>
+  <item number="4" kind="checkbox" label="Show this dialog" state="1"/>
+  <item number="9" kind="button" label="OK" closes="1"/>
+  <item number="10" kind="button" label="Cancel" closes="1"/>
+  <item number="11" kind="button" label="Apply"/>
+</dialog>
+)";
+
+constexpr const char* kStatusDialog = R"(<dialog name="t_Dialog_Status" title="Status">
+  <item number="1" kind="text"/><item number="2" kind="text"/><item number="3" kind="text"/>
+  <item number="4" kind="text"/>
+</dialog>
+)";
+
+struct DialogFixture : HostFixture {
+    DialogFixture() {
+        folder.write("dialogs/t_Dialog_Choice.xml", kChoiceDialog);
+        folder.write("dialogs/t_Dialog_Status.xml", kStatusDialog);
+        host.attachClient(&client);
+    }
+    std::vector<int> events() const {
+        std::vector<int> items;
+        for (const auto& call : client.calls)
+            if (call.what == "dialogEvent") items.push_back(call.b);
+        return items;
+    }
+    RecordingClient client;
+};
+
+TEST(Dialogs, ModalRunsUntilAClosingButtonIsLetThrough) {
+    struct Case {
+        const char* name;
+        std::function<void(DialogUser&)> user;
+        int stayUpTimes;  // the plug-in keeps the dialog up on the first OK presses
+        std::vector<int> events;
+        std::string text;
+        int choice;
+    };
+    const Case cases[] = {
+        {"OK ends it",
+         [](DialogUser& d) {
+             d.type(2, "typed");
+             d.choose(3, 1);
+             d.press(9);
+         },
+         0, {3, 9}, "typed", 1},
+        {"the plug-in keeps it up once",
+         [](DialogUser& d) {
+             d.press(9);
+             EXPECT_TRUE(d.isUp());
+             d.type(2, "fixed");
+             d.press(9);
+             EXPECT_FALSE(d.isUp());
+         },
+         1, {9, 9}, "fixed", -1},
+        {"a button that does not close",
+         [](DialogUser& d) {
+             d.press(11);
+             EXPECT_TRUE(d.isUp());
+             d.press(10);
+         },
+         0, {11, 10}, "", -1},
+        {"closing the window", [](DialogUser& d) { d.cancel(); }, 0, {kDialogEventClose}, "", -1},
+        {"the user walks away", [](DialogUser&) {}, 0, {kDialogEventClose}, "", -1},
+        {"presses after the end are refused",
+         [](DialogUser& d) {
+             d.press(10);
+             EXPECT_FALSE(d.press(9));
+         },
+         0, {10}, "", -1},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        DialogFixture f;
+        int stayUp = c.stayUpTimes;
+        f.client.onDialogEvent = [&](int number, int item) {
+            EXPECT_EQ(number, 1225);
+            if (item == 9 && stayUp-- > 0) f.host.returnValue(kReturnDialogStayUp);
+        };
+        const Handle dialog = f.host.openDialogResource("t_Dialog_Choice");
+        ASSERT_NE(dialog, kNoObject);
+        f.host.setItemLabels(dialog, f.host.dialogItem(dialog, 3), {"Software", "Hardware"});
+        f.agent.onDialog("t_Dialog_Choice", c.user);
+        EXPECT_EQ(f.host.modalDialog(1225, dialog), 0);
+        EXPECT_EQ(f.events(), c.events);
+        // The results stay readable until the plug-in closes the dialog.
+        EXPECT_EQ(f.host.itemText(dialog, f.host.dialogItem(dialog, 2)), c.text);
+        EXPECT_EQ(f.host.itemState(dialog, f.host.dialogItem(dialog, 3)), c.choice);
+        EXPECT_EQ(f.host.itemState(dialog, f.host.dialogItem(dialog, 4)), 1);
+        EXPECT_EQ(f.host.shownDialog("t_Dialog_Choice"), kNoObject);
+        EXPECT_EQ(f.host.close(dialog, 0), 0);
+        EXPECT_EQ(f.host.dialogItem(dialog, 2), kNoObject);
+    }
+}
+
+TEST(Dialogs, ThePlugInClosingItDuringAnEvent) {
+    DialogFixture f;
+    const Handle dialog = f.host.openDialogResource("t_Dialog_Choice");
+    f.client.onDialogEvent = [&](int, int item) {
+        if (item == 11) f.host.close(dialog, 0);
+    };
+    f.agent.onDialog([](DialogUser& d) {
+        d.press(11);
+        EXPECT_FALSE(d.isUp());
+    });
+    EXPECT_EQ(f.host.modalDialog(7, dialog), 0);
+    EXPECT_EQ(f.events(), std::vector<int>{11});
+    EXPECT_EQ(f.host.dialogTitle(dialog), "");
+}
+
+TEST(Dialogs, ItemsAsThePlugInSetsThem) {
+    DialogFixture f;
+    const Handle dialog = f.host.openDialogResource("t_Dialog_Choice");
+    const Handle popup = f.host.dialogItem(dialog, 3);
+    const Handle ok = f.host.dialogItem(dialog, 9);
+    EXPECT_EQ(f.host.dialogTitle(dialog), "Choose");
+    EXPECT_EQ(f.host.itemLabels(dialog, popup), (std::vector<std::string>{"One", "Two"}));
+    EXPECT_EQ(f.host.itemState(dialog, popup), -1);
+    EXPECT_EQ(f.host.itemLabel(dialog, f.host.dialogItem(dialog, 1)), "Scheme category");
+    EXPECT_TRUE(f.host.setItemState(dialog, popup, 1));
+    EXPECT_FALSE(f.host.setItemState(dialog, popup, 2));  // past the last entry
+    EXPECT_TRUE(f.host.setItemLabels(dialog, popup, {"Only"}));
+    EXPECT_EQ(f.host.itemState(dialog, popup), -1);  // the selection went with its entry
+    EXPECT_EQ(f.host.dialogItem(dialog, 5), kNoObject);
+    // An item of another dialog is not an item of this one.
+    const Handle other = f.host.openDialogResource("t_Dialog_Choice");
+    EXPECT_NE(other, dialog);
+    EXPECT_EQ(f.host.itemText(other, popup), "");
+    EXPECT_EQ(f.host.errorNumber(), kErrorFailed);
+    // An insensitive button cannot be pressed.
+    ASSERT_TRUE(f.host.setItemSensitive(dialog, ok, false));
+    f.agent.onDialog([](DialogUser& d) {
+        EXPECT_FALSE(d.press(9));
+        d.press(10);
+    });
+    f.host.modalDialog(1, dialog);
+    EXPECT_EQ(f.events(), std::vector<int>{10});
+}
+
+TEST(Dialogs, ModelessProgressReachesTheUser) {
+    DialogFixture f;
+    const Handle status = f.host.openDialogResource("t_Dialog_Status");
+    f.host.setDialogTitle(status, "Coloring Document...");
+    EXPECT_EQ(f.host.modelessDialog(1224, status), 0);
+    EXPECT_EQ(f.host.shownDialog("t_Dialog_Status"), status);
+    f.host.setItemText(status, f.host.dialogItem(status, 2), "Please wait...");
+    f.host.setItemText(status, f.host.dialogItem(status, 4), "Press Esc to cancel");
+    const DialogView* view = f.agent.modelessView("t_Dialog_Status");
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(view->title, "Coloring Document...");
+    EXPECT_EQ(view->lines, (std::vector<std::string>{"", "Please wait...", "", "Press Esc to cancel"}));
+    EXPECT_EQ(f.host.close(status, 0), 0);
+    EXPECT_EQ(f.host.shownDialog("t_Dialog_Status"), kNoObject);
+    // A modeless dialog is driven by the user through the host too.
+    const Handle editor = f.host.openDialogResource("t_Dialog_Choice");
+    f.host.modelessDialog(2000, editor);
+    auto user = f.host.dialogUser(f.host.shownDialog("t_Dialog_Choice"));
+    ASSERT_NE(user, nullptr);
+    EXPECT_TRUE(user->press(9));  // closing buttons close modal dialogs only
+    EXPECT_TRUE(user->isUp());
+    EXPECT_EQ(f.client.calls.back(), (RecordingClient::Call{"dialogEvent", 2000, 9, {}}));
+}
+
+TEST(Dialogs, MissingAndBrokenResources) {
+    DialogFixture f;
+    f.folder.write("dialogs/t_Broken.xml", "<dialog name=\"t_Broken\">\n<item number=\"1\" kind=\"label\">\n</dialog>\n");
+    f.folder.write("dialogs/t_Twice.xml",
+                   R"(<dialog name="t_Twice"><item number="1" kind="label"/><item number="1" kind="text"/></dialog>)");
+    struct Case {
+        const char* name;
+        std::string resource;
+        std::string reported;  // "" when nothing is said
+    };
+    const Case cases[] = {
+        {"no such file", "t_Nothing", ""},
+        {"a path instead of a name", "../dialogs/t_Dialog_Choice", ""},
+        {"malformed XML", "t_Broken", "t_Broken.xml: line "},
+        {"an item number twice", "t_Twice", "item 1 is defined twice"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        f.agent.clearTranscript();
+        f.host.clearError();
+        EXPECT_EQ(f.host.openDialogResource(c.resource), kNoObject);
+        EXPECT_EQ(f.host.errorNumber(), kErrorFailed);
+        const auto errors = f.agent.texts(Said::Error);
+        if (c.reported.empty()) {
+            EXPECT_TRUE(errors.empty());
+        } else {
+            ASSERT_EQ(errors.size(), 1u);
+            EXPECT_NE(errors[0].find(c.reported), std::string::npos) << errors[0];
+        }
+    }
+}
+
+}  // namespace
+}  // namespace voka::headless::testing
