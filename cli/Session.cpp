@@ -18,6 +18,14 @@ void onInterrupt(int) {
     interrupted = 1;
 }
 
+// --quiet: the status dialog prints nothing at all. A long interval alone
+// still lets its first line through.
+class QuietAgent final : public headless::BatchAgent {
+public:
+    using BatchAgent::BatchAgent;
+    void modelessDialogChanged(const headless::DialogView&) override {}
+};
+
 }  // namespace
 
 Session::Session(const SessionOptions& options) : options_(options) {}
@@ -37,8 +45,8 @@ bool Session::start() {
         interrupted = 0;
         return was;
     };
-    if (options_.quiet) batch.progressInterval = std::chrono::hours(24 * 365);
-    agent_ = std::make_unique<headless::BatchAgent>(std::cerr, std::move(batch));
+    if (options_.quiet) agent_ = std::make_unique<QuietAgent>(std::cerr, std::move(batch));
+    else agent_ = std::make_unique<headless::BatchAgent>(std::cerr, std::move(batch));
 
     headless::HostConfig config;
     config.sessionDirectory = home_;
