@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include <cctype>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -52,6 +54,9 @@ const BadInputCase kBadInputCases[] = {
     {"a full-form file cut short", "<voka-document version=\"1\"><flow name=\"A\"><element tag=\"x\">",
      "the file ends inside <element>, which is not closed", ":1:", false},
 };
+
+// Test names and failure messages show the case by its name.
+void PrintTo(const BadInputCase& c, std::ostream* out) { *out << c.name; }
 
 class BadInput : public testing::TestWithParam<BadInputCase> {};
 

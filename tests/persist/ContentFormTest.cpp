@@ -6,6 +6,8 @@
 #include "support/ModelEquality.h"
 
 #include <gtest/gtest.h>
+
+#include <ostream>
 #include <libxml/catalog.h>
 
 #include <cctype>
@@ -72,6 +74,9 @@ const DefinitionCase kDefinitionCases[] = {
      "<doc><title/><table><title/></table></doc>", "title", kElementContainer, ""},
     {"any other tag is a container", "<doc><para/></doc>", "para", kElementContainer, ""},
 };
+
+// Test names and failure messages show the case by its name.
+void PrintTo(const DefinitionCase& c, std::ostream* out) { *out << c.name; }
 
 class ContentDefinitions : public testing::TestWithParam<DefinitionCase> {};
 

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include <algorithm>
 #include <cctype>
 #include <sstream>
@@ -90,6 +92,9 @@ const FullFormCase kFullFormCases[] = {
     {"two highest-level elements in one flow are an error",
      R"(<flow name="A" main="1"><element tag="A"/><element tag="B"/></flow>)", "", "one highest-level element", true},
 };
+
+// Test names and failure messages show the case by its name.
+void PrintTo(const FullFormCase& c, std::ostream* out) { *out << c.name; }
 
 class FullFormFiles : public testing::TestWithParam<FullFormCase> {};
 
