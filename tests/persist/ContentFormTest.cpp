@@ -156,6 +156,32 @@ TEST(ContentForm, UnchangedDocumentIsWrittenBackByteForByte) {
     }
 }
 
+TEST(ContentForm, OtherEncodingsAreSavedAsUtf8) {
+    ScratchFolder folder;
+    struct Case {
+        const char* name;
+        std::string bytes;
+        const char* saved;
+    };
+    std::string utf16 = "\xff\xfe";  // little-endian, with its byte-order mark
+    for (char c : std::string("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\n<doc>caf")) utf16 += {c, '\0'};
+    utf16 += std::string("\xe9\0<\0/\0d\0o\0c\0>\0\n\0", 18);
+    const std::vector<Case> cases{
+        {"Latin-1 with a DTD",
+         "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<!DOCTYPE doc [<!ATTLIST doc a CDATA \"x\">]>\n<doc>caf\xe9</doc>\n",
+         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE doc [\n<!ATTLIST doc a CDATA \"x\">\n]>\n<doc>caf\xc3\xa9</doc>\n"},
+        {"UTF-16", utf16, "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<doc>caf\xc3\xa9</doc>\n"},
+    };
+    for (const Case& c : cases) {
+        LoadResult loaded = loadFile(folder.write("in.xml", c.bytes));
+        ASSERT_TRUE(loaded.document) << c.name << ": " << loaded.error;
+        EXPECT_EQ(loaded.document->flows[0].text, "caf\xc3\xa9") << c.name;
+        const std::string target = folder.file("out.xml");
+        ASSERT_TRUE(saveDocument(*loaded.document, target).ok) << c.name;
+        EXPECT_EQ(readFile(target), c.saved) << c.name;
+    }
+}
+
 TEST(ContentForm, ChangedAttributesAreWrittenInTheirVocabulary) {
     ScratchFolder folder;
     LoadResult loaded = loadFile(folder.write("chapter.xml", kChapter));
