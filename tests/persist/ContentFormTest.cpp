@@ -165,7 +165,7 @@ TEST(ContentForm, OtherEncodingsAreSavedAsUtf8) {
     };
     std::string utf16 = "\xff\xfe";  // little-endian, with its byte-order mark
     for (char c : std::string("<?xml version=\"1.0\" encoding=\"UTF-16\"?>\n<doc>caf")) utf16 += {c, '\0'};
-    utf16 += std::string("\xe9\0<\0/\0d\0o\0c\0>\0\n\0", 18);
+    utf16 += std::string("\xe9\0<\0/\0d\0o\0c\0>\0\n\0", 16);
     const std::vector<Case> cases{
         {"Latin-1 with a DTD",
          "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<!DOCTYPE doc [<!ATTLIST doc a CDATA \"x\">]>\n<doc>caf\xe9</doc>\n",
