@@ -145,10 +145,24 @@ public:
     World(const World&) = delete;
     World& operator=(const World&) = delete;
 
-    // Holds a main settings document with these categories, as a command would.
-    Handle holdMainSettings(const std::vector<CategorySpec>& categories) {
-        state.mainSettingsDoc = host.adoptDocument(mainSettingsDocument(categories), hostPath("main.fm"));
+    // Saves a main settings document with these categories as `name` and
+    // holds it open invisibly, as a command would; the active document stays.
+    Handle holdMainSettings(const std::vector<CategorySpec>& categories, const std::string& name = "main.fm") {
+        if (state.mainSettingsDoc != kNoObject) host.close(state.mainSettingsDoc, kCloseModified);
+        state.mainSettingsDoc = kNoObject;
+        saveMainSettings(categories, name);
+        state.mainSettingsDoc = host.open(hostPath(name), OpenParams{false, false});
+        EXPECT_NE(state.mainSettingsDoc, kNoObject);
         return state.mainSettingsDoc;
+    }
+
+    void saveMainSettings(const std::vector<CategorySpec>& categories, const std::string& name) {
+        Handle active = host.activeDocument();
+        const std::string path = hostPath(name);
+        Handle built = host.adoptDocument(mainSettingsDocument(categories), path);
+        EXPECT_NE(host.simpleSave(built, path, false), kNoObject);
+        host.close(built, kCloseModified);
+        if (active != kNoObject) host.setActiveDocument(active);
     }
 
     // Makes the scheme active and loads it, as the active scheme dialog does.
