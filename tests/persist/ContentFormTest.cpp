@@ -57,6 +57,10 @@ const DefinitionCase kDefinitionCases[] = {
      "<!DOCTYPE doc [<!ELEMENT doc ANY><!ATTLIST doc z CDATA 'dz' e (one|two) 'two' f CDATA #FIXED 'ff' id ID #IMPLIED>]>"
      "<doc id='i' extra='x'/>",
      "doc", kElementContainer, "z:0=dz e:2|one|two=two f:0=ff!4 id:7 extra:0 "},
+    {"a namespace the DTD declares is a definition's default, not a value",
+     "<!DOCTYPE topic [<!ELEMENT topic ANY><!ATTLIST topic xmlns:ditaarch CDATA #FIXED 'urn:arch'>]>"
+     "<topic><topic xmlns:ditaarch='urn:arch' xmlns:x='urn:x'/></topic>",
+     "topic", kElementContainer, "xmlns:ditaarch:0=urn:arch!4 xmlns:x:0 "},
     {"a declared but unused element is still defined", "<!DOCTYPE doc [<!ELEMENT doc ANY><!ELEMENT spare EMPTY>]><doc/>",
      "spare", kElementContainer, ""},
     {"CALS tables map to the table kinds", "<doc><table><tgroup><tbody><row><entry/></row></tbody></tgroup></table></doc>",
@@ -128,7 +132,8 @@ const char* kChapter =
     "<!-- chapter one -->\n"
     "<!DOCTYPE chapter [\n"
     "  <!ELEMENT chapter ANY>\n"
-    "  <!ATTLIST chapter audience CDATA #IMPLIED product CDATA 'home' id ID #IMPLIED>\n"
+    "  <!ATTLIST chapter audience CDATA #IMPLIED product CDATA 'home' id ID #IMPLIED\n"
+    "                    xmlns:ditaarch CDATA #FIXED 'urn:arch'>\n"
     "]>\n"
     "<chapter id=\"c1\" audience=\"novice\">\n"
     "  <title>Pairing <ph product=\"pro fleet\">sensors</ph></title><!-- keep me -->\n"

@@ -83,6 +83,11 @@ public:
             const std::uint32_t position = positionOf(definition, &kNamespaceOwner, tag.namespaces[2 * i], [&] {
                 return tag.namespaceName(i);
             });
+            // libxml2 does not tell a namespace declaration the DTD defaults
+            // (as DITA's xmlns:ditaarch) from one the file has; one equal to
+            // the declared default is left to the DTD, like other defaults.
+            const auto& defaults = doc_.definitions[definition].attributes[position].defaults;
+            if (!defaults.empty() && defaults.front() == tag.namespaceUri(i)) continue;
             doc_.attributeSlots.push_back(AttributeSlot{position, doc_.values.internSingle(tag.namespaceUri(i))});
         }
         for (int i = 0; i < tag.attributeCount; ++i) {
