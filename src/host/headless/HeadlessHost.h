@@ -286,7 +286,7 @@ private:
     friend class HostDialogUser;
 
     // A resolved text location: flow, absolute offset, and the element that
-    // holds it (kNil outside any element).
+    // holds it (kNil outside any element, or when it was not asked for).
     struct Position {
         std::uint16_t flow = 0;
         std::uint32_t offset = 0;
@@ -310,7 +310,8 @@ private:
     DialogItem* liveItem(Handle dialog, Handle item);
     bool validObject(Document& doc, Handle object);
 
-    bool resolve(const Document& doc, const TextLocation& location, Position& position);
+    // Finding the holding element walks children; only insertions need it.
+    bool resolve(const Document& doc, const TextLocation& location, Position& position, bool findAnchor = false);
     bool resolveRange(const Document& doc, const TextRange& range, Position& begin, Position& end);
     // The text position an element location stands for; false when invalid.
     bool locate(const Document& doc, const ElementLocation& location, Position& position);

@@ -41,14 +41,14 @@ std::uint32_t clampOffset(int offset, std::uint32_t length) {
 
 // --- Locations ---------------------------------------------------------------
 
-bool HeadlessHost::resolve(const Document& doc, const TextLocation& location, Position& position) {
+bool HeadlessHost::resolve(const Document& doc, const TextLocation& location, Position& position, bool findAnchor) {
     if (location.offset < 0) return fail(false);
     if (objectType(location.object) == kFlowObject) {
         const Index flow = liveIndex(location.object, kFlowObject, doc.flows.size());
         if (flow == kNil) return false;
         position.flow = static_cast<std::uint16_t>(flow);
         position.offset = clampOffset(location.offset, static_cast<std::uint32_t>(doc.flows[flow].text.size()));
-        position.anchor = flowAnchorAt(doc, position.flow, position.offset);
+        position.anchor = findAnchor ? flowAnchorAt(doc, position.flow, position.offset) : kNil;
         return true;
     }
     const Index e = elementOfAnyHandle(doc, location.object);
@@ -56,7 +56,7 @@ bool HeadlessHost::resolve(const Document& doc, const TextLocation& location, Po
     const Element& el = doc.elements[e];
     position.flow = el.flow;
     position.offset = el.begin + clampOffset(location.offset, el.end - el.begin);
-    position.anchor = anchorAt(doc, e, position.offset);
+    position.anchor = findAnchor ? anchorAt(doc, e, position.offset) : kNil;
     return true;
 }
 
@@ -452,7 +452,7 @@ bool HeadlessHost::addText(Handle doc, const TextLocation& where, const std::str
     Document* d = settledDocument(doc);
     if (!d) return false;
     Position position;
-    if (!resolve(*d, where, position)) return false;
+    if (!resolve(*d, where, position, true)) return false;
     if (!mutationAllowed()) return false;
     insertText(*d, position.flow, position.offset, position.anchor, text);
     touch(*d);

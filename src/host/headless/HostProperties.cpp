@@ -13,11 +13,14 @@ struct DocumentProperty {
     int number;
     int (*get)(const Document&);
     void (*set)(Document&, int);  // null: read only
+    bool changesContent;          // saved with the document, so setting it modifies the document
 };
 constexpr DocumentProperty kDocumentProperties[] = {
-    {kPropDocIsModified, [](const Document& d) { return d.modified ? 1 : 0; }, nullptr},
-    {kPropIsOnScreen, [](const Document& d) { return d.visible ? 1 : 0; }, [](Document& d, int v) { d.visible = v != 0; }},
-    {kPropShowAll, [](const Document& d) { return d.showAll ? 1 : 0; }, [](Document& d, int v) { d.showAll = v != 0; }},
+    {kPropDocIsModified, [](const Document& d) { return d.modified ? 1 : 0; }, nullptr, false},
+    {kPropIsOnScreen, [](const Document& d) { return d.visible ? 1 : 0; }, [](Document& d, int v) { d.visible = v != 0; },
+     false},
+    {kPropShowAll, [](const Document& d) { return d.showAll ? 1 : 0; }, [](Document& d, int v) { d.showAll = v != 0; },
+     true},
 };
 
 const DocumentProperty* documentProperty(int number) {
@@ -154,10 +157,14 @@ bool HeadlessHost::setIntProperty(Handle doc, Handle object, int property, int v
         }
         if (property == kPropUnique) return fail(false);
         const DocumentProperty* p = documentProperty(property);
-        if (p && !p->set) return fail(false);
-        if (!mutationAllowed()) return false;
-        if (p) p->set(*d, value);
-        else d->intProperties[{doc, property}] = value;
+        if (!p) {
+            d->intProperties[{doc, property}] = value;
+            return true;
+        }
+        if (!p->set) return fail(false);
+        if (p->changesContent && !mutationAllowed()) return false;
+        p->set(*d, value);
+        if (p->changesContent) touch(*d);
         return true;
     }
     if (namesElement(object)) {
