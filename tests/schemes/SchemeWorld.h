@@ -139,6 +139,7 @@ public:
           user([](const std::string& what) { ADD_FAILURE() << what; }),
           host(headless::HostConfig{folder.string(), VOKA_SOURCE_DIR "/resources/dialogs"}, user) {}
     ~World() {
+        EXPECT_EQ(user.unusedAnswers(), 0u) << "answers or dialog scripts the plug-in never asked for";
         std::error_code ignored;
         std::filesystem::remove_all(folder, ignored);
     }
