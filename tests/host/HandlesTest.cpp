@@ -76,6 +76,92 @@ TEST(Handles, OperationsOnGoneObjectsFailCleanly) {
     EXPECT_EQ(elementText(f.host, s.doc, s.chapter), "onethree");
 }
 
+// Handle 0 everywhere: no crash, a failure the plug-in can see.
+TEST(Handles, EveryOperationRefusesTheNoneHandle) {
+    HostFixture f;
+    Host& h = f.host;
+    const Handle doc = chapterWithParas(f, "a.xml").doc;
+    const TextRange none{};
+    std::string out;
+    const std::vector<std::pair<const char*, std::function<void()>>> calls = {
+        {"setActiveDocument", [&] { h.setActiveDocument(0); }},
+        {"setActiveBook", [&] { h.setActiveBook(0); }},
+        {"nextOpenDocument", [&] { h.nextOpenDocument(0); }},
+        {"nextOpenBook", [&] { h.nextOpenBook(0); }},
+        {"simpleSave", [&] { h.simpleSave(0, "", false); }},
+        {"close", [&] { h.close(0, 0); }},
+        {"path", [&] { h.path(0); }},
+        {"title", [&] { h.title(0); }},
+        {"setVisible", [&] { h.setVisible(0, true); }},
+        {"firstComponent", [&] { h.firstComponent(0); }},
+        {"nextComponent", [&] { h.nextComponent(0, 0); }},
+        {"componentPath", [&] { h.componentPath(0, 0); }},
+        {"newComponent", [&] { h.newComponent(0, 0, "x"); }},
+        {"updateBook", [&] { h.updateBook(0); }},
+        {"firstFlow", [&] { h.firstFlow(0); }},
+        {"nextFlow", [&] { h.nextFlow(doc, 0); }},
+        {"flowName", [&] { h.flowName(doc, 0); }},
+        {"highestLevelElement", [&] { h.highestLevelElement(doc, 0); }},
+        {"lastChild", [&] { h.lastChild(doc, 0); }},
+        {"previousSibling", [&] { h.previousSibling(doc, 0); }},
+        {"elementDefinition", [&] { h.elementDefinition(doc, 0); }},
+        {"setElementDefinition", [&] { h.setElementDefinition(doc, 0, 0); }},
+        {"elementType", [&] { h.elementType(doc, 0); }},
+        {"toTextLocation", [&] { h.toTextLocation(doc, {}); }},
+        {"formattingObject", [&] { h.formattingObject(doc, 0); }},
+        {"firstParagraph", [&] { h.firstParagraph(doc, 0); }},
+        {"elementOfObject", [&] { h.elementOfObject(doc, 0); }},
+        {"definitionTag", [&] { h.definitionTag(doc, 0); }},
+        {"nextElementDefinition", [&] { h.nextElementDefinition(doc, 0); }},
+        {"attributeDefinitions", [&] { h.attributeDefinitions(doc, 0); }},
+        {"newElement", [&] { h.newElement(doc, 0, {}); }},
+        {"deleteObject", [&] { h.deleteObject(doc, 0); }},
+        {"addText", [&] { h.addText(doc, {}, "x"); }},
+        {"text", [&] { h.text(doc, none); }},
+        {"elementSelection", [&] { h.elementSelection(0); }},
+        {"copySelection", [&] { h.copySelection(doc); }},
+        {"paste", [&] { h.paste(doc); }},
+        {"clearSelection", [&] { h.clearSelection(doc); }},
+        {"importElementDefinitions", [&] { h.importElementDefinitions(doc, 0, 0); }},
+        {"importFormats", [&] { h.importFormats(0, doc, 0); }},
+        {"setTextProperty", [&] { h.setTextProperty(doc, none, TextProperty::Overline, 1); }},
+        {"textProperty", [&] { h.textProperty(doc, {}, TextProperty::Color); }},
+        {"namedObject", [&] { h.namedObject(0, kColorObject, "Red"); }},
+        {"objectName", [&] { h.objectName(doc, 0); }},
+        {"conditionShown", [&] { h.conditionShown(doc, 0); }},
+        {"setTextConditions", [&] { h.setTextConditions(doc, none, {}); }},
+        {"textConditions", [&] { h.textConditions(doc, {}); }},
+        {"findConditionalText", [&] { h.findConditionalText(doc, {}, {"Hidden"}); }},
+        {"nextTable", [&] { h.nextTable(doc, 0); }},
+        {"firstRow", [&] { h.firstRow(doc, 0); }},
+        {"setRowConditions", [&] { h.setRowConditions(doc, 0, {}); }},
+        {"deleteRows", [&] { h.deleteRows(doc, 0, 0, 1); }},
+        {"newMarker", [&] { h.newMarker(doc, {}); }},
+        {"setMarkerType", [&] { h.setMarkerType(doc, 0, 0); }},
+        {"markerText", [&] { h.markerText(doc, 0); }},
+        {"nextXRef", [&] { h.nextXRef(doc, 0); }},
+        {"setXRefSourceFile", [&] { h.setXRefSourceFile(doc, 0, "x"); }},
+        {"addCommandToMenu", [&] { h.addCommandToMenu(0, 0); }},
+        {"addMenuToMenu", [&] { h.addMenuToMenu(0, 0); }},
+        {"modalDialog", [&] { h.modalDialog(1, 0); }},
+        {"modelessDialog", [&] { h.modelessDialog(1, 0); }},
+        {"dialogItem", [&] { h.dialogItem(0, 1); }},
+        {"setDialogTitle", [&] { h.setDialogTitle(0, "x"); }},
+        {"setItemText", [&] { h.setItemText(0, 0, "x"); }},
+        {"itemState", [&] { h.itemState(0, 0); }},
+        {"setItemLabels", [&] { h.setItemLabels(0, 0, {}); }},
+        {"setItemSensitive", [&] { h.setItemSensitive(0, 0, false); }},
+        {"intProperty", [&] { h.intProperty(doc, 0x2A000000u, kPropUnique); }},
+        {"setStringProperty", [&] { h.setStringProperty(doc, 0x2A000000u, 1, "x"); }},
+    };
+    for (const auto& [name, call] : calls) {
+        SCOPED_TRACE(name);
+        f.host.clearError();
+        call();
+        EXPECT_EQ(f.host.errorNumber(), kErrorFailed);
+    }
+}
+
 TEST(Handles, IdsAreNeverReused) {
     HostFixture f;
     Sample s = chapterWithParas(f, "a.xml");
