@@ -220,8 +220,10 @@ struct ParseCallbacks {
         if (e->level == XML_ERR_FATAL) {
             // An error inside an entity's text has the entity's line numbers;
             // the report prefers the place in the file itself.
-            if (inDocument && e->file) c.fatalMessages_.insert(c.fatalMessages_.begin(), text);
-            else addMessage(c.fatalMessages_, text);
+            if (inDocument && e->file && c.fatalMessages_.size() < kMaxMessages)
+                c.fatalMessages_.insert(c.fatalMessages_.begin(), text);
+            else
+                addMessage(c.fatalMessages_, text);
             return;
         }
         if (e->level == XML_ERR_ERROR) {
