@@ -3,6 +3,7 @@
 #include "ChildProcess.h"
 #include "VokaRun.h"
 
+#include <charconv>
 #include <cstring>
 #include <filesystem>
 #include <optional>
@@ -43,8 +44,10 @@ constexpr const char* kProbeStart = "<pre id=\"voka-probe\">";
 std::string percentDecoded(const std::string& text) {
     std::string plain;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '%' && i + 2 < text.size()) {
-            plain += static_cast<char>(std::stoi(text.substr(i + 1, 2), nullptr, 16));
+        unsigned byte = 0;
+        const char* hex = text.data() + i + 1;
+        if (text[i] == '%' && i + 2 < text.size() && std::from_chars(hex, hex + 2, byte, 16).ptr == hex + 2) {
+            plain += static_cast<char>(byte);
             i += 2;
             continue;
         }
@@ -74,11 +77,12 @@ PageProbe readProbe(const std::string& dom) {
     for (std::string line; std::getline(lines, line);) {
         std::vector<std::string> parts = fields(line);
         std::optional<Look> look = parts.size() == 7 ? lookShown(parts[3], parts[4], parts[5], parts[6]) : std::nullopt;
-        if (!look) {
+        int element = -1;
+        if (!look || std::from_chars(parts[0].data(), parts[0].data() + parts[0].size(), element).ec != std::errc()) {
             probe.error = "unexpected probe line: " + line;
             return probe;
         }
-        probe.texts.push_back({std::stoi(parts[0]), parts[1], percentDecoded(parts[2]), *look});
+        probe.texts.push_back({element, parts[1], percentDecoded(parts[2]), *look});
     }
     return probe;
 }

@@ -105,6 +105,9 @@ const BrowserCase kBrowserCases[] = {
     {"ReleaseStatus", "Release status", releaseStatusLooks},
 };
 
+// Test names in listings show the case, not its bytes.
+void PrintTo(const BrowserCase& c, std::ostream* out) { *out << c.name; }
+
 class BrowserShows : public testing::TestWithParam<BrowserCase> {};
 
 TEST_P(BrowserShows, EveryChapterAsSavedAndAsTheSchemeSays) {

@@ -68,6 +68,9 @@ const ColorRun kColorRuns[] = {
      releaseStatusLooks},
 };
 
+// Test names in listings show the case, not its bytes.
+void PrintTo(const ColorRun& c, std::ostream* out) { *out << c.name; }
+
 class ColorWrites : public VokaColor, public testing::WithParamInterface<ColorRun> {};
 
 TEST_P(ColorWrites, EveryChapterSavedInFullFormWithItsPageAndAnIndex) {
@@ -140,6 +143,8 @@ struct UncolorRun {
     const char* name;
     bool book;  // the coloured book, or one coloured chapter
 };
+
+void PrintTo(const UncolorRun& c, std::ostream* out) { *out << c.name; }
 
 class UncolorRemoves : public VokaColor, public testing::WithParamInterface<UncolorRun> {};
 

@@ -46,6 +46,9 @@ const UnusableFolder kUnusableFolders[] = {
      [](const std::string& home) { return "voka: cannot write into " + home + ": Permission denied\n"; }},
 };
 
+// Test names in listings show the case, not its bytes.
+void PrintTo(const UnusableFolder& c, std::ostream* out) { *out << c.name; }
+
 class UnusableHome : public testing::TestWithParam<UnusableFolder> {};
 
 TEST_P(UnusableHome, StopsThePluginWithItsMessageAndCreatesNothing) {
