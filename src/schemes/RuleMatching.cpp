@@ -4,6 +4,8 @@
 #include "schemes/NameLists.h"
 #include "schemes/SchemeSchema.h"
 
+#include <string>
+
 namespace voka {
 
 namespace {
@@ -48,10 +50,12 @@ void readDefinitions(Host& host, MatchContext& context, Handle definition, Match
     }
 }
 
-// The element's attributes as the scheme sees them, into `out`.
+// The element's attributes as the scheme sees them, into `out`. The
+// definition is only needed for the EDD defaults; 0 asks the host for it.
 void collect(Host& host, MatchContext& context, Handle element, Handle definition, Attributes& out) {
     out = host.attributes(context.doc, element);
     if (context.eddDefaults) {
+        if (definition == kNoObject) definition = host.elementDefinition(context.doc, element);
         MatchContext::DefinitionInfo& info = context.definitions[definition];
         readDefinitions(host, context, definition, info);
         applyDefaultsByPosition(out, info.definitions);
@@ -144,17 +148,27 @@ void beginElement(MatchContext& context, Handle element, const Attributes* attri
     context.inherited.assign(context.names.size(), InheritedValues{});
 }
 
-bool listed(const std::vector<std::string>& values, const std::string& wanted, bool exact) {
-    return findInList(values, wanted, exact) >= 0;
+// Equality without a library call for the common short mismatch.
+bool sameText(const std::string& a, const std::string& b) {
+    if (a.size() != b.size()) return false;
+    if (a.empty()) return true;
+    return a.front() == b.front() && std::char_traits<char>::compare(a.data(), b.data(), a.size()) == 0;
 }
 
-int matchRule(Host& host, const PluginState& state, MatchContext& context, int ruleIndex, bool inherit) {
-    const ColorRule& rule = state.coloring.rules[static_cast<std::size_t>(ruleIndex)];
-    const std::vector<MatchContext::Condition>& conditions = context.rules[static_cast<std::size_t>(ruleIndex)];
-    const bool matchAll = rule.matchAll == 1;
+bool listed(const std::vector<std::string>& values, const std::string& wanted, bool exact) {
+    for (const std::string& value : values) {
+        if (exact ? sameText(value, wanted) : equalsIgnoreCase(value, wanted)) return true;
+    }
+    return false;
+}
+
+int matchRule(Host& host, MatchContext& context, int ruleIndex, bool inherit) {
+    const MatchContext::Rule& rule = context.rules[static_cast<std::size_t>(ruleIndex)];
+    const MatchContext::Condition* conditions = context.conditions.data() + rule.first;
+    const bool matchAll = rule.matchAll;
     int result = 0;
     bool noAttributeSeen = true;  // deliberately not reset per condition
-    for (std::size_t i = 0; i < conditions.size(); ++i) {
+    for (std::size_t i = 0; i < rule.count; ++i) {
         const MatchContext::Condition& condition = conditions[i];
         int index = slotIndexOf(context, condition.slot);
         const std::vector<std::string>* values = &noValues();
@@ -183,7 +197,7 @@ int matchRule(Host& host, const PluginState& state, MatchContext& context, int r
             continue;
         }
         bool missed = false;
-        for (const std::string& wanted : rule.conditions[i].values) {
+        for (const std::string& wanted : *condition.wanted) {
             if (listed(*values, wanted, context.exact)) {
                 result = 1;
                 if (!matchAll) return 1;
@@ -209,15 +223,19 @@ void prepareMatching(const PluginState& state, Handle doc, MatchContext& context
     context.eddDefaults = state.coloring.options.includeEddDefaults;
     context.spaceDelimited = state.coloring.options.spaceDelimited;
     for (const ColorRule& rule : state.coloring.rules) {
-        std::vector<MatchContext::Condition> conditions;
+        MatchContext::Rule prepared;
+        prepared.matchAll = rule.matchAll == 1;
+        prepared.first = context.conditions.size();
+        prepared.count = rule.conditions.size();
         for (const Attribute& attribute : rule.conditions) {
             MatchContext::Condition condition;
             condition.slot = nameSlot(context, attribute.name);
             condition.noValue = findInList(attribute.values, kNoValue, false) >= 0;
             condition.anyValue = findInList(attribute.values, kAnyValue, false) >= 0;
-            conditions.push_back(condition);
+            condition.wanted = &attribute.values;
+            context.conditions.push_back(condition);
         }
-        context.rules.push_back(std::move(conditions));
+        context.rules.push_back(prepared);
     }
 }
 
@@ -228,12 +246,11 @@ const MatchContext::DefinitionInfo& definitionInfo(Host& host, MatchContext& con
 }
 
 int findMatchingRuleIn(Host& host, PluginState& state, MatchContext& context, Handle element, int contextCode) {
-    Handle definition = host.elementDefinition(context.doc, element);
-    collect(host, context, element, definition, context.ownAttributes);
+    collect(host, context, element, kNoObject, context.ownAttributes);
     beginElement(context, element, &context.ownAttributes);
     const bool inherit = inheritsIn(contextCode);
     for (std::size_t rule = 0; rule < context.rules.size(); ++rule) {
-        if (matchRule(host, state, context, static_cast<int>(rule), inherit)) return static_cast<int>(rule);
+        if (matchRule(host, context, static_cast<int>(rule), inherit)) return static_cast<int>(rule);
     }
     return -1;
 }
@@ -244,7 +261,7 @@ int RuleMatchesElement(Host& host, PluginState& state, Handle doc, Handle elemen
     MatchContext context;
     prepareMatching(state, doc, context);
     beginElement(context, element, &elementAttributes);
-    return matchRule(host, state, context, ruleIndex, inherit != 0);
+    return matchRule(host, context, ruleIndex, inherit != 0);
 }
 
 int FindMatchingRule(Host& host, PluginState& state, Handle doc, Handle element, int contextCode) {

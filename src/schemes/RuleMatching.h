@@ -45,6 +45,12 @@ struct MatchContext {
         int slot = 0;  // index into names
         bool noValue = false;
         bool anyValue = false;
+        const std::vector<std::string>* wanted = nullptr;  // the rule's listed values
+    };
+    struct Rule {
+        bool matchAll = false;
+        std::size_t first = 0;  // into conditions
+        std::size_t count = 0;
     };
     struct DefinitionInfo {
         int tagged = -1;  // -1 not read yet, else 0 or 1
@@ -66,7 +72,8 @@ struct MatchContext {
     int eddDefaults = 0;
     int spaceDelimited = 0;
     std::vector<std::string> names;  // distinct condition names under the scheme's comparison
-    std::vector<std::vector<Condition>> rules;
+    std::vector<Condition> conditions;  // of all rules, in order
+    std::vector<Rule> rules;
 
     Handle doc = kNoObject;
     std::unordered_map<Handle, DefinitionInfo> definitions;
@@ -84,7 +91,7 @@ struct MatchContext {
 };
 
 // Readies `context` for matching elements of `doc` against state.coloring.
-// The rule table must not change while the context is in use.
+// The rule table must neither change nor move while the context is in use.
 void prepareMatching(const PluginState& state, Handle doc, MatchContext& context);
 
 // The cached facts of an element definition (tag present, declared names).
