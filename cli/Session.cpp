@@ -70,7 +70,9 @@ Handle Session::openFile(const std::string& systemPath) {
     params.interactive = false;
     Handle object = host_->open(headless::toHostPath(absolute.string()), params);
     if (object == kNoObject) {
-        std::cerr << "voka: cannot open " << systemPath << "\n";
+        // A file that does not load has said why through the host already.
+        if (!std::filesystem::exists(absolute, ec)) std::cerr << "voka: cannot open " << systemPath << ": no such file\n";
+        else std::cerr << "voka: cannot open " << systemPath << "\n";
         return kNoObject;
     }
     if (objectType(object) != kBookObject) return object;
