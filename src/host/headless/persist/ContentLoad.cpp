@@ -132,8 +132,12 @@ public:
             extras_.push_back(Extra{std::string(target), std::string(data), context.line(), context.column()});
             return;
         }
-        std::string markup = "<?" + std::string(target);
-        if (!data.empty()) markup += " " + std::string(data);
+        std::string markup("<?");
+        markup += target;
+        if (!data.empty()) {
+            markup += ' ';
+            markup += data;
+        }
         keepMarkup(markup + "?>");
     }
 

@@ -138,7 +138,7 @@ private:
 
     static bool required(ParseContext& context, const StartTag& tag, std::string_view name, std::string_view& value) {
         if (tag.find(name, value)) return true;
-        context.fail("<" + tag.qualifiedName() + "> needs the attribute " + std::string(name));
+        context.fail(std::string("<").append(tag.qualifiedName()).append("> needs the attribute ").append(name));
         return false;
     }
 

@@ -209,13 +209,13 @@ struct ParseCallbacks {
         std::string message = trimmed(e->message);
         // The push parser reports a file cut short as extra content at its end.
         if (e->code == XML_ERR_DOCUMENT_END && c.parser_ && c.parser_->nameNr > 0 && c.parser_->name)
-            message = "the file ends inside <" + std::string(str(c.parser_->name)) + ">, which is not closed";
+            message = std::string("the file ends inside <").append(str(c.parser_->name)).append(">, which is not closed");
         std::string location = c.path_;
         const char* documentFile =
             c.parser_ && c.parser_->inputNr > 0 && c.parser_->inputTab[0] ? c.parser_->inputTab[0]->filename : nullptr;
         bool inDocument = !e->file || (documentFile && std::strcmp(e->file, documentFile) == 0);
-        if (!inDocument) location += ": in " + std::string(e->file);
-        if (e->line > 0) location += ":" + std::to_string(e->line) + ":" + std::to_string(e->int2);
+        if (!inDocument) location.append(": in ").append(e->file);
+        if (e->line > 0) location.append(":").append(std::to_string(e->line)).append(":").append(std::to_string(e->int2));
         std::string text = location + ": " + message;
         if (e->level == XML_ERR_FATAL) {
             // An error inside an entity's text has the entity's line numbers;
