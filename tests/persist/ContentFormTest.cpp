@@ -2,6 +2,7 @@
 // in its own vocabulary, with what plain XML cannot carry kept beside it.
 #include "SampleDocuments.h"
 #include "TestFiles.h"
+#include "host/headless/Editing.h"
 #include "host/headless/persist/Persist.h"
 #include "support/ModelEquality.h"
 
@@ -203,6 +204,28 @@ TEST(ContentForm, ChangedAttributesAreWrittenInTheirVocabulary) {
     // a declared default is not written out as if it were set.
     EXPECT_NE(saved.find("<chapter audience=\"novice expert\">"), std::string::npos) << saved;
     EXPECT_EQ(saved.find("product=\"home\""), std::string::npos) << saved;
+}
+
+TEST(ContentForm, DeletedElementsTakeTheirTextAndLeaveTheCommentsAround) {
+    ScratchFolder folder;
+    LoadResult loaded = loadFile(folder.write("chapter.xml", kChapter));
+    ASSERT_TRUE(loaded.document) << loaded.error;
+    Document& doc = *loaded.document;
+    const Index title = elementAt(doc, 0, {0});  // a comment follows it
+    const Index firstRow = elementAt(doc, 0, {2, 1});
+    cutElement(doc, title);
+    cutElement(doc, firstRow);
+    const std::string target = folder.file("saved.xml");
+    SaveResult saved = saveDocument(doc, target);
+    ASSERT_TRUE(saved.ok) << saved.error;
+    const std::string text = readFile(target);
+    EXPECT_EQ(text.find("Pairing"), std::string::npos) << text;
+    EXPECT_EQ(text.find("small"), std::string::npos) << text;
+    EXPECT_NE(text.find("<p audience=\"\">Hold the button.<?editor mark?></p>"), std::string::npos) << text;
+    EXPECT_NE(text.find("<!-- keep me -->"), std::string::npos) << text;
+    LoadResult reloaded = loadFile(target);
+    ASSERT_TRUE(reloaded.document) << reloaded.error;
+    EXPECT_EQ(reloaded.document->flows[0].text.find("Pairing"), std::string::npos);
 }
 
 TEST(ContentForm, WhatPlainXmlCannotCarryComesBackAfterReload) {
