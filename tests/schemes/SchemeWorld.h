@@ -158,12 +158,15 @@ public:
     }
 
     void saveMainSettings(const std::vector<CategorySpec>& categories, const std::string& name) {
-        Handle active = host.activeDocument();
+        // Whichever window was in front stays in front.
+        Handle activeDoc = host.activeDocument();
+        Handle activeBook = host.activeBook();
         const std::string path = hostPath(name);
         Handle built = host.adoptDocument(mainSettingsDocument(categories), path);
         EXPECT_NE(host.simpleSave(built, path, false), kNoObject);
         host.close(built, kCloseModified);
-        if (active != kNoObject) host.setActiveDocument(active);
+        if (activeDoc != kNoObject) host.setActiveDocument(activeDoc);
+        if (activeBook != kNoObject) host.setActiveBook(activeBook);
     }
 
     // Makes the scheme active and loads it, as the active scheme dialog does.

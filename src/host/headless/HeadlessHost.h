@@ -361,6 +361,12 @@ private:
     std::vector<std::unique_ptr<OpenBook>> books_;
     std::map<std::uint64_t, std::uint32_t> bookOrder_;
     std::uint64_t openings_ = 0;
+    // One window is in front: a document's or a book's, never both, so a
+    // command that falls back from the document to the book sees which.
+    void bringToFront(Handle docOrBook) {
+        activeDocument_ = objectType(docOrBook) == kDocumentObject ? docOrBook : kNoObject;
+        activeBook_ = objectType(docOrBook) == kBookObject ? docOrBook : kNoObject;
+    }
     Handle activeDocument_ = kNoObject;
     Handle activeBook_ = kNoObject;
     int untitled_ = 0;

@@ -61,7 +61,7 @@ Handle HeadlessHost::registerDocument(std::unique_ptr<Document> doc, bool visibl
     documentOrder_.emplace(slot->order, static_cast<std::uint32_t>(id));
     documents_.push_back(std::move(slot));
     const Handle handle = makeHandle(kDocumentObject, static_cast<std::uint32_t>(id));
-    if (visible) activeDocument_ = handle;
+    if (visible) bringToFront(handle);
     return handle;
 }
 
@@ -76,7 +76,7 @@ Handle HeadlessHost::registerBook(std::unique_ptr<Book> book, bool visible) {
     bookOrder_.emplace(slot->order, static_cast<std::uint32_t>(id));
     books_.push_back(std::move(slot));
     const Handle handle = makeHandle(kBookObject, static_cast<std::uint32_t>(id));
-    if (visible) activeBook_ = handle;
+    if (visible) bringToFront(handle);
     return handle;
 }
 
@@ -114,13 +114,13 @@ Handle HeadlessHost::activeBook() { return activeBook_; }
 
 bool HeadlessHost::setActiveDocument(Handle doc) {
     if (!openDocumentSlot(doc)) return false;
-    activeDocument_ = doc;
+    bringToFront(doc);
     return true;
 }
 
 bool HeadlessHost::setActiveBook(Handle book) {
     if (!openBookSlot(book)) return false;
-    activeBook_ = book;
+    bringToFront(book);
     return true;
 }
 
@@ -165,14 +165,14 @@ Handle HeadlessHost::openFile(const std::string& path, bool visible, bool asNew)
             Document& d = *documents_[handleId(doc) - 1]->doc;
             if (visible) {
                 d.visible = true;
-                activeDocument_ = doc;
+                bringToFront(doc);
             }
             return doc;
         }
         if (Handle book = findOpenBook(normal)) {
             if (visible) {
                 books_[handleId(book) - 1]->book->visible = true;
-                activeBook_ = book;
+                bringToFront(book);
             }
             return book;
         }

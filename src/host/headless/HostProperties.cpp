@@ -139,7 +139,7 @@ bool HeadlessHost::setIntProperty(Handle doc, Handle object, int property, int v
                 return true;
             }
             if (property == kPropIsInFront) {
-                if (value != 0) activeBook_ = doc;
+                if (value != 0) bringToFront(doc);
                 return true;
             }
         } else if (liveComponent(*slot, object) == std::size_t(-1)) {
@@ -152,7 +152,7 @@ bool HeadlessHost::setIntProperty(Handle doc, Handle object, int property, int v
     if (!d) return false;
     if (object == doc || object == kNoObject) {
         if (property == kPropIsInFront) {
-            if (value != 0) activeDocument_ = doc;
+            if (value != 0) bringToFront(doc);
             return true;
         }
         if (property == kPropUnique) return fail(false);
