@@ -26,8 +26,11 @@ DialogScript schemeChoice(const std::string& category, const std::string& scheme
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app{"voka: colour, filter and validate structured documents by their attribute values, "
-                 "with the VOKA plug-in running on a headless host."};
+    CLI::App app{"voka: colour structured documents and books by their elements' attribute values, with the "
+                 "VOKA plug-in running on a headless host. (Filtering and validation are not in voka yet.)"};
+    app.footer("Exit codes: 0 done, 1 the plug-in refused or failed, 2 bad command line, 3 the plug-in could not "
+               "start (its messages say why), 4 a file could not be opened, 5 cancelled (a question answered No, "
+               "Ctrl-C).");
     app.require_subcommand(1);
     voka::cli::SessionOptions options;
     app.add_option("--home", options.home,
