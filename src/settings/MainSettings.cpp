@@ -48,9 +48,9 @@ Handle retrieveMainSettings(Host& host, PluginState& state) {
     }
     showMessage(host,
                 "An error occurred while attempting to retrieve a copy of the main settings document. The plugin "
-                "will attempt to open your local copy.\n\nThis problem may be due to an incorrect path "
-                "specification in your preferences, or if the file resides on a network, you may be experiencing "
-                "network issues.");
+                "will attempt to open your local copy.\n\nThis problem may be due to an incorrect "
+                "path specification in your preferences, or if the file resides on a network, you may be "
+                "experiencing network issues.");
     const Handle local = openLocalCopy(host, state);
     if (local == kNoObject) {
         showMessage(host, "A local copy could not be opened either. The plugin is unable to initialize. Please "
