@@ -12,69 +12,57 @@
 
 #include <gtest/gtest.h>
 
-#include <deque>
-#include <functional>
-#include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
 namespace voka::testing {
 
-// The scripted user of the host, which also keeps the default each prompt
-// offered, so that tests see what a prompt proposed. Anything asked that
-// the test did not script fails the test.
+using List = std::vector<std::string>;
+
+// The scripted user of the host, which also keeps "prompt|default" of every
+// prompt. Anything asked that the test did not script fails the test.
 class TestUser : public headless::ScriptedAgent {
 public:
     TestUser() : ScriptedAgent([](const std::string& what) { ADD_FAILURE() << what; }) {}
-
     int promptString(const std::string& prompt, const std::string& initial, std::string& answer) override {
         promptTexts.push_back(prompt + "|" + initial);
         return ScriptedAgent::promptString(prompt, initial, answer);
     }
-
     using ScriptedAgent::texts;
     // Every alert and question, in the order shown.
-    std::vector<std::string> texts() const {
-        std::vector<std::string> out;
+    List texts() const {
+        List out;
         for (const headless::TranscriptEntry& entry : transcript()) {
             if (entry.kind == headless::Said::Alert || entry.kind == headless::Said::Question) out.push_back(entry.text);
         }
         return out;
     }
-
-    std::vector<std::string> promptTexts;
+    List promptTexts;
 };
 
-inline constexpr const char* kPrefix = "-- VOKA plugin message --\n\n";
+inline const std::string kPrefix = "-- VOKA plugin message --\n\n";
 
 class HostSession {
 public:
     explicit HostSession(const std::string& dialogDirectory = VOKA_SOURCE_DIR "/resources/dialogs")
         : host(headless::HostConfig{(folder.path() / "user").string(), dialogDirectory}, user), plugin(host) {
-        std::filesystem::create_directories(folder.path() / "user");
+        std::filesystem::create_directories(brindel());
         host.attachClient(&plugin);
     }
-
     std::filesystem::path brindel() const { return folder.path() / "user" / "Brindel"; }
     std::filesystem::path inBrindel(const std::string& name) const { return brindel() / name; }
     // A file path as the plug-in sees it.
     static std::string hostPath(const std::filesystem::path& path) { return headless::toHostPath(path.string()); }
-
     void putSharedSettings(const SharedSettings& s) { writeFile(inBrindel("BR_Settings.fm"), sharedSettingsXml(s)); }
-    void putShippedSettings(const SharedSettings& s) {
-        writeFile(inBrindel("BR_Settings_TEMPVOKA.fm"), sharedSettingsXml(s));
-    }
+    void putShippedSettings(const SharedSettings& s) { writeFile(inBrindel("BR_Settings_TEMPVOKA.fm"), sharedSettingsXml(s)); }
     void putLocalCopy() { writeFile(inBrindel("VOKA_MainSettings_LocalCopy.fm"), mainSettingsXml()); }
     // A master elsewhere; returns its path in host notation.
     std::string putMaster(const std::string& omit = "") {
-        const auto path = folder.path() / "shared" / "VOKA_MainSettings.fm";
-        writeFile(path, mainSettingsXml(omit));
-        return hostPath(path);
+        writeFile(folder / "shared" / "VOKA_MainSettings.fm", mainSettingsXml(omit));
+        return hostPath(folder / "shared" / "VOKA_MainSettings.fm");
     }
-
     PluginState& state() { return plugin.state(); }
-    std::vector<std::string> shown() const { return user.texts(); }
+    List shown() const { return user.texts(); }
 
     TempFolder folder;
     TestUser user;

@@ -10,7 +10,6 @@
 #include <optional>
 #include <random>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace voka::testing {
@@ -18,23 +17,15 @@ namespace voka::testing {
 // A folder of its own under the system's temporary directory, removed at the end.
 class TempFolder {
 public:
-    TempFolder() {
-        std::random_device random;
-        path_ = std::filesystem::temp_directory_path() / ("voka-h3-" + std::to_string(random()) + "-" +
-                                                          std::to_string(random()));
+    TempFolder() : path_(std::filesystem::temp_directory_path() / ("voka-t-" + std::to_string(std::random_device{}()))) {
         std::filesystem::create_directories(path_);
     }
     ~TempFolder() {
         std::error_code ignored;
-        std::filesystem::permissions(path_, std::filesystem::perms::owner_all, ignored);
-        for (auto& entry : std::filesystem::recursive_directory_iterator(path_, ignored)) {
-            std::filesystem::permissions(entry.path(), std::filesystem::perms::owner_all, ignored);
-        }
         std::filesystem::remove_all(path_, ignored);
     }
     TempFolder(const TempFolder&) = delete;
     TempFolder& operator=(const TempFolder&) = delete;
-
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
@@ -52,25 +43,28 @@ inline std::string readFile(const std::filesystem::path& path) {
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
-inline std::string escapeXml(const std::string& text) {
-    std::string out;
-    for (char c : text) {
-        if (c == '<') out += "&lt;";
-        else if (c == '>') out += "&gt;";
-        else if (c == '&') out += "&amp;";
-        else if (c == '"') out += "&quot;";
-        else out += c;
-    }
-    return out;
-}
-
 inline const std::vector<std::string>& preferenceKeys() {
     static const std::vector<std::string> keys = {
-        "MainSettingsDocPath", "DefaultCategory",   "ExternalCallDelimiter", "DefaultValidationScheme",
-        "AutoValidateAttrs",   "ApplyStrikethroughText", "ValRule1Active", "ValRule2Active",
-        "ValRule3Active",      "ValRule4Active",    "DefaultFilterType",     "DefaultColoringScheme",
-        "Extra101",            "Extra102"};
+        "MainSettingsDocPath", "DefaultCategory", "ExternalCallDelimiter", "DefaultValidationScheme",
+        "AutoValidateAttrs", "ApplyStrikethroughText", "ValRule1Active", "ValRule2Active", "ValRule3Active",
+        "ValRule4Active", "DefaultFilterType", "DefaultColoringScheme", "Extra101", "Extra102"};
     return keys;
+}
+
+inline std::string definitions(const std::vector<std::pair<std::string, std::vector<std::string>>>& elements) {
+    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<voka-document version=\"1\">\n<element-definitions>\n";
+    for (const auto& [tag, attributes] : elements) {
+        xml += "<element-definition tag=\"" + tag + "\" type=\"1\">\n";
+        for (const std::string& name : attributes) xml += "<attribute-definition name=\"" + name + "\" kind=\"0\" flags=\"0\"/>\n";
+        xml += "</element-definition>\n";
+    }
+    return xml + "</element-definitions>\n<flow name=\"A\" main=\"1\">\n";
+}
+
+inline std::string attribute(const std::string& name, const std::string& value) {
+    std::string escaped;
+    for (char c : value) escaped += c == '<' ? "&lt;" : c == '>' ? "&gt;" : c == '&' ? "&amp;" : std::string(1, c);
+    return "<attribute name=\"" + name + "\"><value>" + escaped + "</value></attribute>\n";
 }
 
 // A shared settings document: root "BR_Settings" with the two versions, and
@@ -83,29 +77,15 @@ struct SharedSettings {
 };
 
 inline std::string sharedSettingsXml(const SharedSettings& s) {
-    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<voka-document version=\"1\">\n"
-                      "  <element-definitions>\n"
-                      "    <element-definition tag=\"BR_Settings\" type=\"1\">\n"
-                      "      <attribute-definition name=\"Version1\" kind=\"0\" flags=\"0\"/>\n"
-                      "      <attribute-definition name=\"Version2\" kind=\"0\" flags=\"0\"/>\n"
-                      "    </element-definition>\n"
-                      "    <element-definition tag=\"SettingsGroupE\" type=\"1\">\n";
-    for (const std::string& key : preferenceKeys()) {
-        xml += "      <attribute-definition name=\"" + key + "\" kind=\"0\" flags=\"0\"/>\n";
-    }
-    xml += "    </element-definition>\n  </element-definitions>\n  <flow name=\"A\" main=\"1\">\n"
-           "    <element tag=\"BR_Settings\">\n"
-           "      <attribute name=\"Version1\"><value>" + std::to_string(s.version1) + "</value></attribute>\n"
-           "      <attribute name=\"Version2\"><value>" + std::to_string(s.version2) + "</value></attribute>\n";
+    std::string xml = definitions({{"BR_Settings", {"Version1", "Version2"}}, {"SettingsGroupE", preferenceKeys()}}) +
+                      "<element tag=\"BR_Settings\">\n" + attribute("Version1", std::to_string(s.version1)) +
+                      attribute("Version2", std::to_string(s.version2));
     if (s.group) {
-        xml += "      <element tag=\"SettingsGroupE\">\n";
-        for (const auto& [key, value] : *s.group) {
-            xml += "        <attribute name=\"" + key + "\"><value>" + escapeXml(value) + "</value></attribute>\n";
-        }
-        xml += "      </element>\n";
+        xml += "<element tag=\"SettingsGroupE\">\n";
+        for (const auto& [key, value] : *s.group) xml += attribute(key, value);
+        xml += "</element>\n";
     }
-    xml += "    </element>\n  </flow>\n</voka-document>\n";
-    return xml;
+    return xml + "</element>\n</flow>\n</voka-document>\n";
 }
 
 // A main settings document with one category "Software" holding one
@@ -113,45 +93,31 @@ inline std::string sharedSettingsXml(const SharedSettings& s) {
 // (with everything inside it).
 inline std::string mainSettingsXml(const std::string& omit = "") {
     struct Node {
+        int depth;
         std::string tag;
         std::string name;
-        std::vector<Node> children;
     };
-    const Node tree{"VKP_MainSettings", "", {
-        {"SchemeCategories", "", {
-            {"SchemeCategory", "Software", {
-                {"FilterSchemes", "", {}},
-                {"ColoringSchemes", "", {{"Scheme", "By audience", {}}}},
-                {"ValidationSchemes", "", {{"Scheme", "Audience check", {}}}},
-            }},
-        }},
-        {"ColorList", "", {}},
-        {"AttributeList", "", {}},
-    }};
-    const char* tags[] = {"VKP_MainSettings", "SchemeCategories", "SchemeCategory", "FilterSchemes",
-                          "ColoringSchemes",  "ValidationSchemes", "Scheme",        "ColorList",
-                          "AttributeList"};
-    std::string xml = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<voka-document version=\"1\">\n"
-                      "  <element-definitions>\n";
-    for (const char* tag : tags) {
-        xml += std::string("    <element-definition tag=\"") + tag + "\" type=\"1\">\n"
-               "      <attribute-definition name=\"Name\" kind=\"0\" flags=\"0\"/>\n"
-               "    </element-definition>\n";
+    const Node nodes[] = {{0, "VKP_MainSettings", ""}, {1, "SchemeCategories", ""}, {2, "SchemeCategory", "Software"},
+                          {3, "FilterSchemes", ""},    {3, "ColoringSchemes", ""},  {4, "Scheme", "By audience"},
+                          {3, "ValidationSchemes", ""}, {4, "Scheme", "Audience check"}, {1, "ColorList", ""},
+                          {1, "AttributeList", ""}};
+    std::vector<std::pair<std::string, std::vector<std::string>>> defined;
+    for (const Node& node : nodes) {
+        if (node.tag != "Scheme" || node.name == "By audience") defined.push_back({node.tag, {"Name"}});
     }
-    xml += "  </element-definitions>\n  <flow name=\"A\" main=\"1\">\n";
-    auto emit = [&](auto& self, const Node& node, int depth) -> void {
-        if (node.tag == omit) return;
-        const std::string indent(2 * depth, ' ');
-        xml += indent + "<element tag=\"" + node.tag + "\">\n";
-        if (!node.name.empty()) {
-            xml += indent + "  <attribute name=\"Name\"><value>" + node.name + "</value></attribute>\n";
-        }
-        for (const Node& child : node.children) self(self, child, depth + 1);
-        xml += indent + "</element>\n";
-    };
-    emit(emit, tree, 2);
-    xml += "  </flow>\n</voka-document>\n";
-    return xml;
+    std::string xml = definitions(defined);
+    std::vector<int> open;
+    int skipBelow = -1;  // depth of the omitted element while inside it
+    for (const Node& node : nodes) {
+        if (skipBelow >= 0 && node.depth > skipBelow) continue;
+        skipBelow = node.tag == omit ? node.depth : -1;
+        for (; !open.empty() && open.back() >= node.depth; open.pop_back()) xml += "</element>\n";
+        if (skipBelow >= 0) continue;
+        xml += "<element tag=\"" + node.tag + "\">\n" + (node.name.empty() ? "" : attribute("Name", node.name));
+        open.push_back(node.depth);
+    }
+    for (; !open.empty(); open.pop_back()) xml += "</element>\n";
+    return xml + "</flow>\n</voka-document>\n";
 }
 
 }  // namespace voka::testing

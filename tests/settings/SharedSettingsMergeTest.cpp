@@ -5,8 +5,6 @@
 #include "settings/SettingsDocument.h"
 #include "settings/SharedSettingsMerge.h"
 
-#include <gtest/gtest.h>
-
 namespace voka {
 namespace {
 
@@ -35,11 +33,11 @@ const std::string kSuccess =
 const std::string kFailure =
     "An error appears to have occurred during the merge. Please contact Brindel for assistance (support@brindel.example";
 
-SharedSettings userSettings(int version1, int version2) {
-    return SharedSettings{version1, version2, std::map<std::string, std::string>{{"DefaultCategory", "Mine"}}};
+std::vector<std::string> merged(const std::string& product, const std::string& last = kSuccess) {
+    return {upgrade(product), detected(product), last};
 }
-SharedSettings shippedSettings(int version1, int version2) {
-    return SharedSettings{version1, version2, std::map<std::string, std::string>{{"DefaultCategory", "Shipped"}}};
+SharedSettings settings(int version1, int version2, const char* category) {
+    return SharedSettings{version1, version2, std::map<std::string, std::string>{{"DefaultCategory", category}}};
 }
 
 TEST(SharedSettingsMerge, EachInstallationCase) {
@@ -55,32 +53,23 @@ TEST(SharedSettingsMerge, EachInstallationCase) {
     };
     const Case cases[] = {
         {"nothing at all", std::nullopt, std::nullopt, "VOKA", {}, nullptr, 0, 0},
-        {"nothing pending", userSettings(1, 1), std::nullopt, "VOKA", {}, "Mine", 1, 1},
-        {"new installation", std::nullopt, shippedSettings(1, 1), "VOKA", {newInstallation("VOKA")}, "Shipped", 1, 1},
-        {"equal versions", userSettings(1, 1), shippedSettings(1, 1), "VOKA",
-         {upgrade("VOKA"), detected("VOKA"), kSuccess}, "Mine", 1, 1},
-        {"lower shipped versions", userSettings(3, 3), shippedSettings(1, 1), "VOKA",
-         {upgrade("VOKA"), detected("VOKA"), kSuccess}, "Mine", 3, 3},
-        {"higher Version2 replaces the group", userSettings(1, 1), shippedSettings(1, 2), "voka",
-         {upgrade("voka"), detected("voka"), kSuccess}, "Shipped", 1, 2},
-        {"higher Version1 only", userSettings(1, 1), shippedSettings(4, 1), "VOKA",
-         {upgrade("VOKA"), detected("VOKA"), kSuccess}, "Mine", 4, 1},
-        {"higher Version2 without a group", userSettings(1, 1), SharedSettings{1, 2, std::nullopt}, "VOKA",
-         {upgrade("VOKA"), detected("VOKA"), kFailure}, "Mine", 1, 2},
-        {"another product skips the group", userSettings(1, 1), shippedSettings(1, 2), "Quorvane",
-         {upgrade("Quorvane"), detected("Quorvane"), kSuccess}, "Mine", 1, 1},
+        {"nothing pending", settings(1, 1, "Mine"), std::nullopt, "VOKA", {}, "Mine", 1, 1},
+        {"new installation", std::nullopt, settings(1, 1, "Shipped"), "VOKA", {newInstallation("VOKA")}, "Shipped", 1, 1},
+        {"equal versions", settings(1, 1, "Mine"), settings(1, 1, "Shipped"), "VOKA", merged("VOKA"), "Mine", 1, 1},
+        {"higher Version2 replaces the group", settings(1, 1, "Mine"), settings(1, 2, "Shipped"), "voka", merged("voka"), "Shipped", 1, 2},
+        {"higher Version1 only", settings(1, 1, "Mine"), settings(4, 1, "Shipped"), "VOKA", merged("VOKA"), "Mine", 4, 1},
+        {"higher Version2 without a group", settings(1, 1, "Mine"), SharedSettings{1, 2, std::nullopt}, "VOKA", merged("VOKA", kFailure), "Mine", 1, 2},
+        {"another product skips the group", settings(1, 1, "Mine"), settings(1, 2, "Shipped"), "Quorvane", merged("Quorvane"), "Mine", 1, 1},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         HostSession session;
-        std::filesystem::create_directories(session.brindel());
         if (c.shared) session.putSharedSettings(*c.shared);
         if (c.shipped) session.putShippedSettings(*c.shipped);
         PluginState& state = session.state();
         const std::string sharedPath = HostSession::hostPath(session.inBrindel("BR_Settings.fm"));
-        const std::string tempPath = HostSession::hostPath(session.inBrindel("BR_Settings_TEMPVOKA.fm"));
-
-        const Handle result = mergeSharedSettings(session.host, state, sharedPath, tempPath, c.product);
+        const Handle result = mergeSharedSettings(
+            session.host, state, sharedPath, HostSession::hostPath(session.inBrindel("BR_Settings_TEMPVOKA.fm")), c.product);
 
         EXPECT_EQ(session.shown(), c.messages);
         EXPECT_TRUE(session.user.texts(headless::Said::Question).empty());
@@ -98,11 +87,9 @@ TEST(SharedSettingsMerge, EachInstallationCase) {
         std::string category;
         readSetting(session.host, state, saved, "SettingsGroupE", "DefaultCategory", category, kSettingString);
         EXPECT_EQ(category, c.category);
-        std::string unused;
-        EXPECT_EQ(readSetting(session.host, state, saved, "BR_Settings", "Version1", unused, kSettingInteger),
-                  c.version1);
-        EXPECT_EQ(readSetting(session.host, state, saved, "BR_Settings", "Version2", unused, kSettingInteger),
-                  c.version2);
+        for (const auto& [key, version] : {std::pair{"Version1", c.version1}, std::pair{"Version2", c.version2}}) {
+            EXPECT_EQ(readSetting(session.host, state, saved, "BR_Settings", key, category, kSettingInteger), version);
+        }
         EXPECT_EQ(testing::openDocumentCount(session.host), 1);
     }
 }
