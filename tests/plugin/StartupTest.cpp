@@ -2,30 +2,28 @@
 // are there, and that no settings document stays open or is spoilt.
 #include "settings/HostSession.h"
 
-#include <gtest/gtest.h>
-
 namespace voka {
 namespace {
 
 using testing::HostSession;
 using testing::SharedSettings;
-using List = std::vector<std::string>;
+using testing::List;
 
 const std::string kRetrievalError =
-    std::string(testing::kPrefix) +
+    testing::kPrefix +
     "An error occurred while attempting to retrieve a copy of the main settings document. The plugin will attempt "
     "to open your local copy.\n\nThis problem may be due to an incorrect path specification in your preferences, or "
     "if the file resides on a network, you may be experiencing network issues.";
 const std::string kLocalCopyNotice =
-    std::string(testing::kPrefix) +
+    testing::kPrefix +
     "Your local copy was opened successfully. Most plugin functions will work, but you will not be able to edit "
     "schemes or other main settings information. Check the path specification in your preferences make sure it is "
     "valid.";
-const std::string kNoLocalCopy = std::string(testing::kPrefix) +
+const std::string kNoLocalCopy = testing::kPrefix +
                                  "A local copy could not be opened either. The plugin is unable to initialize. Please "
                                  "contact Brindel.";
 const std::string kCritical =
-    std::string(testing::kPrefix) +
+    testing::kPrefix +
     "A critical error occurred while attempting to open your local settings document. Make sure that the file "
     "exists, is named correctly, and is not corrupt.\n\nVOKA is unable to initialize.";
 
@@ -56,7 +54,6 @@ TEST(Startup, EachWayOfFindingTheSettings) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         HostSession session;
-        std::filesystem::create_directories(session.brindel());
         const std::string master = c.master == Master::Reachable
                                        ? session.putMaster()
                                        : HostSession::hostPath(session.folder / "gone" / "Main.fm");
@@ -75,29 +72,25 @@ TEST(Startup, EachWayOfFindingTheSettings) {
         EXPECT_EQ(session.host.commands().size(), c.started ? 21u : 0u);
         EXPECT_EQ(testing::openDocumentCount(session.host), 0);
         EXPECT_EQ(session.host.shownDialog("br_Dialog_Status"), kNoObject);
-        EXPECT_EQ(session.state().mainSettingsDoc, kNoObject);
-        EXPECT_EQ(session.state().sharedSettingsDoc, kNoObject);
         if (c.master == Master::Reachable && c.shared) {
             // Every start refreshes the local copy from the master.
-            EXPECT_EQ(testing::readFile(session.inBrindel("VOKA_MainSettings_LocalCopy.fm")).empty(), false);
-            EXPECT_EQ(session.state().active.coloringScheme, "By audience");
+            EXPECT_TRUE(std::filesystem::exists(session.inBrindel("VOKA_MainSettings_LocalCopy.fm")));
         }
     }
 }
 
-TEST(Startup, NewInstallationUsesTheShippedFile) {
+TEST(Startup, NewInstallationStartsWithTheShippedFiles) {
     HostSession session;
-    std::filesystem::create_directories(session.brindel());
-    session.putLocalCopy();
-    // The shipped settings name no master: the local copy stands in for it.
-    session.putShippedSettings(SharedSettings{1, 1, std::map<std::string, std::string>{{"MainSettingsDocPath", "<None>"}}});
+    const std::string resources = VOKA_SOURCE_DIR "/resources/";
+    std::filesystem::copy_file(resources + "BR_Settings.fm", session.inBrindel("BR_Settings_TEMPVOKA.fm"));
+    std::filesystem::copy_file(resources + "example/VOKA_MainSettings.fm",
+                               session.inBrindel("VOKA_MainSettings_LocalCopy.fm"));
     session.host.startClient();
     ASSERT_EQ(session.shown().size(), 1u);
     EXPECT_NE(session.shown()[0].find("new installation of VOKA"), std::string::npos);
     EXPECT_TRUE(session.plugin.started());
     EXPECT_TRUE(std::filesystem::exists(session.inBrindel("BR_Settings.fm")));
-    EXPECT_FALSE(std::filesystem::exists(session.inBrindel("BR_Settings_TEMPVOKA.fm")));
-    EXPECT_EQ(session.state().prefs.masterPath, session.state().paths.localCopy);
+    EXPECT_FALSE(session.state().coloring.rules.empty());
 }
 
 // A per-user folder the host cannot write to: every save and delete fails.
@@ -108,46 +101,33 @@ public:
     bool deleteFile(const std::string&) override { return fail(false); }
 };
 
-TEST(Startup, ReadOnlyOrMissingFolderStopsWithTheFrameMessages) {
+TEST(Startup, ReadOnlyOrMissingFolderStopsWithTheCriticalMessage) {
     struct Case {
         const char* name;
         bool folder;
         bool shared;
-        bool shipped;
-        List messages;
+        size_t messages;  // the upgrade talks first, then stops at the unsaved shared settings
     };
-    const Case cases[] = {
-        {"missing folder", false, false, false, {kCritical}},
-        {"read-only folder, new installation", true, false, true, {kCritical}},
-        {"read-only folder, upgrade", true, true, true, {}},
-    };
-    for (const Case& c : cases) {
+    for (const Case& c : {Case{"missing folder", false, false, 1}, Case{"read-only, new installation", true, false, 1},
+                          Case{"read-only, upgrade", true, true, 4}}) {
         SCOPED_TRACE(c.name);
         testing::TempFolder root;
         testing::TestUser user;
-        ReadOnlyFolderHost host(headless::HostConfig{(root.path() / "user").string(),
-                                                     VOKA_SOURCE_DIR "/resources/dialogs"},
-                                user);
+        ReadOnlyFolderHost host(headless::HostConfig{(root / "user").string(), VOKA_SOURCE_DIR "/resources/dialogs"}, user);
         Plugin plugin(host);
         host.attachClient(&plugin);
-        const auto brindel = root.path() / "user" / "Brindel";
-        std::filesystem::create_directories(root.path() / "user");
-        if (c.folder) std::filesystem::create_directories(brindel);
+        const auto brindel = root / "user" / "Brindel";
+        std::filesystem::create_directories(c.folder ? brindel : root / "user");
         if (c.shared) testing::writeFile(brindel / "BR_Settings.fm", testing::sharedSettingsXml({1, 1, {}}));
-        if (c.shipped) testing::writeFile(brindel / "BR_Settings_TEMPVOKA.fm", testing::sharedSettingsXml({1, 2, {}}));
+        if (c.folder) testing::writeFile(brindel / "BR_Settings_TEMPVOKA.fm", testing::sharedSettingsXml({1, 2, {}}));
         const std::string sharedBefore = testing::readFile(brindel / "BR_Settings.fm");
         const std::string shippedBefore = testing::readFile(brindel / "BR_Settings_TEMPVOKA.fm");
 
         host.startClient();
 
         EXPECT_FALSE(plugin.started());
-        if (!c.messages.empty()) {
-            EXPECT_EQ(user.texts(), c.messages);
-        } else {
-            // The upgrade talks first, then stops at the unsaved shared settings.
-            ASSERT_FALSE(user.texts().empty());
-            EXPECT_EQ(user.texts().back(), kCritical);
-        }
+        ASSERT_EQ(user.texts().size(), c.messages);
+        EXPECT_EQ(user.texts().back(), kCritical);
         EXPECT_EQ(testing::readFile(brindel / "BR_Settings.fm"), sharedBefore);
         EXPECT_EQ(testing::readFile(brindel / "BR_Settings_TEMPVOKA.fm"), shippedBefore);
         EXPECT_EQ(testing::openDocumentCount(host), 0);
