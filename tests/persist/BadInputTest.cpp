@@ -2,13 +2,7 @@
 // line and column where there is one) and no document, quickly, without
 // touching the network or printing anything on its own.
 #include "TestFiles.h"
-#include "host/headless/persist/Persist.h"
 
-#include <gtest/gtest.h>
-
-#include <ostream>
-
-#include <cctype>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,10 +23,10 @@ std::string billionLaughs() {
 
 struct BadInputCase {
     const char* name;
-    std::string content;     // written to the file; empty: the case makes its own path
-    const char* expected;    // in the error, or in the warning when a document loads
-    const char* location;    // ":line:col:" the message must carry, "" when there is none
-    bool loads;              // true: a document with a warning
+    std::string content;
+    const char* expected;  // in the error, or in the warning when a document loads
+    const char* location;  // ":line:" the message must carry, "" when there is none
+    bool loads;            // true: a document with one warning
 };
 
 const BadInputCase kBadInputCases[] = {
@@ -55,7 +49,6 @@ const BadInputCase kBadInputCases[] = {
      "the file ends inside <element>, which is not closed", ":1:", false},
 };
 
-// Test names and failure messages show the case by its name.
 void PrintTo(const BadInputCase& c, std::ostream* out) { *out << c.name; }
 
 class BadInput : public testing::TestWithParam<BadInputCase> {};
@@ -66,43 +59,36 @@ TEST_P(BadInput, GivesAClearMessageAndNoDocument) {
     const std::string path = folder.write("input.xml", c.content);
     testing::internal::CaptureStderr();
     LoadResult loaded = loadFile(path);
-    const std::string printed = testing::internal::GetCapturedStderr();
-    EXPECT_EQ(printed, "") << "libxml2 printed on its own";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << "libxml2 printed on its own";
 
-    const std::string message = c.loads ? (loaded.warnings.empty() ? "" : loaded.warnings.front()) : loaded.error;
     EXPECT_EQ(static_cast<bool>(loaded.document), c.loads) << loaded.error;
     EXPECT_FALSE(loaded.book);
+    EXPECT_EQ(loaded.warnings.size(), c.loads ? 1u : 0u);
+    const std::string message = c.loads ? (loaded.warnings.empty() ? "" : loaded.warnings.front()) : loaded.error;
     EXPECT_EQ(message.rfind(path, 0), 0u) << message;  // names the file first
-    EXPECT_NE(message.find(c.expected), std::string::npos) << message;
-    if (*c.location) EXPECT_NE(message.find(path + c.location), std::string::npos) << message;
-    if (c.loads) EXPECT_EQ(loaded.warnings.size(), 1u);
+    EXPECT_THAT(message, HasSubstr(c.expected));
+    if (*c.location) {
+        EXPECT_THAT(message, HasSubstr(path + c.location));
+    }
 }
 
-INSTANTIATE_TEST_SUITE_P(Cases, BadInput, testing::ValuesIn(kBadInputCases), [](const auto& info) {
-    std::string name;
-    for (const char* p = info.param.name; *p; ++p) name += std::isalnum(static_cast<unsigned char>(*p)) ? *p : '_';
-    return name;
-});
+INSTANTIATE_TEST_SUITE_P(Cases, BadInput, testing::ValuesIn(kBadInputCases),
+                         [](const auto& info) { return testName(info.param.name); });
 
 TEST(BadInput, FilesThatCannotBeReadAreNamed) {
     ScratchFolder folder;
-    struct Case {
-        std::string path;
-        const char* reason;
-    };
-    std::vector<Case> cases{{folder.file("missing.xml"), "No such file or directory"}, {folder.path(), "it is a folder"}};
-    const std::string fifo = folder.file("pipe.xml");
-    if (::mkfifo(fifo.c_str(), 0600) == 0) cases.push_back({fifo, "it is not a regular file"});
-    // Permissions do not stop the superuser, who can read anything.
-    if (::geteuid() != 0) {
-        const std::string locked = folder.write("locked.xml", "<doc/>");
-        ::chmod(locked.c_str(), 0);
-        cases.push_back({locked, "Permission denied"});
+    std::vector<std::pair<std::string, const char*>> cases{{folder.file("missing.xml"), "No such file or directory"},
+                                                           {folder.path(), "it is a folder"}};
+    if (::mkfifo(folder.file("pipe.xml").c_str(), 0600) == 0)
+        cases.emplace_back(folder.file("pipe.xml"), "it is not a regular file");
+    if (::geteuid() != 0) {  // permissions do not stop the superuser
+        ::chmod(folder.write("locked.xml", "<doc/>").c_str(), 0);
+        cases.emplace_back(folder.file("locked.xml"), "Permission denied");
     }
-    for (const Case& c : cases) {
-        LoadResult loaded = loadFile(c.path);
+    for (const auto& [path, reason] : cases) {
+        LoadResult loaded = loadFile(path);
         EXPECT_FALSE(loaded.document);
-        EXPECT_EQ(loaded.error, "Cannot open \"" + c.path + "\": " + c.reason);
+        EXPECT_EQ(loaded.error, "Cannot open \"" + path + "\": " + reason);
     }
 }
 

@@ -4,9 +4,7 @@ namespace voka::test {
 
 using namespace voka::headless;
 
-namespace {
-
-Index build(Document& doc, std::uint16_t flow, Index parent, const ElementSpec& spec) {
+Index buildTree(Document& doc, std::uint16_t flow, const ElementSpec& spec, Index parent) {
     const Index definition = doc.definitionFor(spec.tag);
     const Index index = doc.appendElement(definition, parent, flow);
     std::string& text = doc.flows[flow].text;
@@ -16,16 +14,13 @@ Index build(Document& doc, std::uint16_t flow, Index parent, const ElementSpec& 
         doc.setAttributeValues(index, doc.attributePosition(definition, name), doc.values.intern(values));
     text += spec.text;
     for (const ElementSpec& child : spec.children) {
-        build(doc, flow, index, child);
+        buildTree(doc, flow, child, index);
         text += child.tail;
     }
     doc.elements[index].end = static_cast<std::uint32_t>(text.size());
     return index;
 }
 
-}  // namespace
-
-Index buildTree(Document& doc, std::uint16_t flow, const ElementSpec& root) { return build(doc, flow, kNil, root); }
 
 Index elementAt(const Document& doc, std::uint16_t flow, std::vector<int> path) {
     Index e = doc.flows[flow].root;
@@ -48,28 +43,19 @@ std::unique_ptr<Document> richDocument() {
 
     // Definitions first, so that their order and kinds are the document's own.
     const Index root = doc->definitionFor("Chapter");
-    AttributeDefinition audience{"Audience", kAttrStrings, 0, {"novice", "expert", "admin"}, {"novice"}};
-    doc->definitions[root].attributes.push_back(audience);
-    AttributeDefinition id{"Id", kAttrUniqueId, 1, {}, {}};
-    doc->definitions[root].attributes.push_back(id);
-    AttributeDefinition level{"Level", kAttrChoices, 4, {"1", "2"}, {"1"}};
-    doc->definitions[root].attributes.push_back(level);
-    doc->definitionFor("Table", kElementTable);
-    doc->definitionFor("TableTitle", kElementTableTitle);
-    doc->definitionFor("Body", kElementTableBody);
-    doc->definitionFor("Row", kElementTableRow);
-    doc->definitionFor("Cell", kElementTableCell);
-    doc->definitionFor("Footnote", kElementFootnote);
-    doc->definitionFor("Unused", kElementContainer);
+    doc->definitions[root].attributes = {{"Audience", kAttrStrings, 0, {"novice", "expert", "admin"}, {"novice"}},
+                                         {"Id", kAttrUniqueId, 1, {}, {}},
+                                         {"Level", kAttrChoices, 4, {"1", "2"}, {"1"}}};
+    for (auto [tag, kind] : {std::pair{"Table", kElementTable}, {"TableTitle", kElementTableTitle},
+                             {"Body", kElementTableBody}, {"Row", kElementTableRow}, {"Cell", kElementTableCell},
+                             {"Footnote", kElementFootnote}, {"Unused", kElementContainer}})
+        doc->definitionFor(tag, kind);
     doc->rebuildIndexes();
 
-    Flow main;
-    main.name = "A";
-    main.main = true;
-    doc->flows.push_back(main);
-    Flow side;
-    side.name = "Sidebar";
-    doc->flows.push_back(side);
+    doc->flows.resize(2);
+    doc->flows[0].name = "A";
+    doc->flows[0].main = true;
+    doc->flows[1].name = "Sidebar";
 
     ElementSpec chapter{
         "Chapter",
@@ -95,8 +81,7 @@ std::unique_ptr<Document> richDocument() {
     buildTree(*doc, 0, chapter);
     buildTree(*doc, 1, ElementSpec{"Sidebar", {{"Audience", {"admin"}}}, "side text", {}, ""});
 
-    const Index table = elementAt(*doc, 0, {1});
-    doc->elements[table].titlePosition = 2;
+    doc->elements[elementAt(*doc, 0, {1})].titlePosition = 2;
     doc->elements[elementAt(*doc, 0, {2})].beginAdjust = 1;
     doc->rowConditions[elementAt(*doc, 0, {1, 1, 0})] = {0};
     doc->rowConditions[elementAt(*doc, 0, {1, 1, 1})] = {0, 1};

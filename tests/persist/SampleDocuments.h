@@ -4,9 +4,6 @@
 #include "host/headless/Model.h"
 
 #include <memory>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace voka::test {
 
@@ -21,7 +18,8 @@ struct ElementSpec {
 
 // Appends the tree to the flow, defining tags and attributes as it goes;
 // returns the root's index.
-headless::Index buildTree(headless::Document& doc, std::uint16_t flow, const ElementSpec& root);
+headless::Index buildTree(headless::Document& doc, std::uint16_t flow, const ElementSpec& spec,
+                          headless::Index parent = headless::kNil);
 
 // The element reached by following child positions from a flow's root.
 headless::Index elementAt(const headless::Document& doc, std::uint16_t flow, std::vector<int> path);

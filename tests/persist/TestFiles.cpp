@@ -1,6 +1,7 @@
 #include "TestFiles.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -9,39 +10,49 @@
 
 namespace voka::test {
 
+namespace fs = std::filesystem;
+
 ScratchFolder::ScratchFolder() {
-    std::string pattern = (std::filesystem::temp_directory_path() / "voka-persist-XXXXXX").string();
-    std::vector<char> name(pattern.begin(), pattern.end());
-    name.push_back('\0');
-    if (::mkdtemp(name.data())) path_ = name.data();
+    std::string name = (fs::temp_directory_path() / "voka-persist-XXXXXX").string();
+    if (::mkdtemp(name.data())) path_ = name;
 }
 
 ScratchFolder::~ScratchFolder() {
     std::error_code ignored;
-    std::filesystem::permissions(path_, std::filesystem::perms::owner_all, std::filesystem::perm_options::add, ignored);
-    std::filesystem::remove_all(path_, ignored);
+    fs::permissions(path_, fs::perms::owner_all, fs::perm_options::add, ignored);
+    fs::remove_all(path_, ignored);
 }
 
 std::string ScratchFolder::write(const std::string& name, const std::string& content) const {
-    std::string path = file(name);
-    std::ofstream(path, std::ios::binary) << content;
-    return path;
+    std::ofstream(file(name), std::ios::binary) << content;
+    return file(name);
 }
 
 std::string ScratchFolder::listing() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path_)) names.push_back(entry.path().filename().string());
+    for (const auto& entry : fs::directory_iterator(path_)) names.push_back(entry.path().filename().string() + "\n");
     std::sort(names.begin(), names.end());
     std::string out;
-    for (const auto& n : names) out += n + "\n";
+    for (const auto& n : names) out += n;
     return out;
 }
 
 std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
     std::ostringstream content;
-    content << in.rdbuf();
+    content << std::ifstream(path, std::ios::binary).rdbuf();
     return content.str();
+}
+
+std::string savedText(const ScratchFolder& folder, const headless::Document& doc, const std::string& name) {
+    headless::SaveResult saved = headless::saveDocument(doc, folder.file(name));
+    EXPECT_TRUE(saved.ok) << saved.error;
+    return readFile(folder.file(name));
+}
+
+std::string testName(const char* text) {
+    std::string name;
+    for (const char* p = text; *p; ++p) name += std::isalnum(static_cast<unsigned char>(*p)) ? *p : '_';
+    return name;
 }
 
 }  // namespace voka::test
