@@ -88,6 +88,26 @@ inline std::vector<Handle> children(Host& host, Handle doc, Handle element) {
 
 inline Handle root(Host& host, Handle doc) { return host.highestLevelElement(doc, host.mainFlow(doc)); }
 
+// Chapter [Title "Intro", Para audience=novice "Hello", Para "World"], with a
+// marker at the start of "World".
+struct Chapter {
+    Handle doc, chapter, title, first, second;
+};
+
+inline Chapter chapter(HostFixture& f, const std::string& name = "c.xml") {
+    TreeBuilder b;
+    b.open("Chapter").leaf("Title", {}, "Intro").leaf("Para", {{"audience", "novice"}}, "Hello");
+    b.open("Para").marker("Hypertext", "openlink x").text("World").close().close();
+    Chapter c;
+    c.doc = b.build(f.host, f.folder.hostPath(name));
+    c.chapter = root(f.host, c.doc);
+    const auto kids = children(f.host, c.doc, c.chapter);
+    c.title = kids.at(0);
+    c.first = kids.at(1);
+    c.second = kids.at(2);
+    return c;
+}
+
 // The text an element covers.
 inline std::string elementText(Host& host, Handle doc, Handle element) {
     return host.text(doc, host.elementTextRange(doc, element));
