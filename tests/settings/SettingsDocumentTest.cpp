@@ -9,30 +9,19 @@ namespace {
 
 using testing::List;
 
-const char* kDocument = R"(<?xml version="1.0" encoding="UTF-8"?>
-<voka-document version="1">
-  <element-definitions>
-    <element-definition tag="Settings" type="1"/>
-    <element-definition tag="Group" type="1">
-      <attribute-definition name="Key" kind="0" flags="0"/>
-      <attribute-definition name="Other" kind="0" flags="0"/>
-      <attribute-definition name="List" kind="1" flags="0"><default>d1</default><default>d2</default></attribute-definition>
-    </element-definition>
-    <element-definition tag="Bare" type="1"/>
-    <element-definition tag="Side" type="1"><attribute-definition name="Key" kind="0" flags="0"/></element-definition>
-  </element-definitions>
-  <flow name="A" main="1">
-    <element tag="Settings">
-      <element tag="Bare"/>
-      <element tag="Group"><attribute name="Other"><value>first</value></attribute></element>
-      <element tag="Group"><attribute name="Other"><value>second</value></attribute></element>
-    </element>
-  </flow>
-  <flow name="Notes">
-    <element tag="Side"><attribute name="Key"><value>in notes</value></attribute></element>
-  </flow>
-</voka-document>
-)";
+// Two Groups under a root that also holds a Bare element, and a Side element in a second flow.
+const std::string kDocument = [] {
+    using testing::attribute;
+    std::string xml =
+        testing::definitions({{"Settings", {}}, {"Bare", {}}, {"Side", {"Key"}}, {"Group", {"Key", "Other", "List"}}}) +
+        "<element tag=\"Settings\"><element tag=\"Bare\"/>\n<element tag=\"Group\">" + attribute("Other", "first") +
+        "</element>\n<element tag=\"Group\">" + attribute("Other", "second") + "</element></element></flow>\n" +
+        "<flow name=\"Notes\"><element tag=\"Side\">" + attribute("Key", "in notes") + "</element></flow>\n</voka-document>\n";
+    // List is a string list with two default values.
+    const std::string plain = "name=\"List\" kind=\"0\" flags=\"0\"/>";
+    return xml.replace(xml.find(plain), plain.size(),
+                       "name=\"List\" kind=\"1\" flags=\"0\"><default>d1</default><default>d2</default></attribute-definition>");
+}();
 
 Handle openDocument(Host& host, const std::filesystem::path& path) {
     testing::writeFile(path, kDocument);
