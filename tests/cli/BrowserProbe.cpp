@@ -1,35 +1,26 @@
-#include "BrowserProbe.h"
-
-#include "ChildProcess.h"
-#include "VokaRun.h"
+// A copy of the page gets a small script that writes, for every piece of
+// document text, the element it belongs to and its computed colour and
+// decorations into the DOM; headless Chromium runs it and dumps the DOM.
+#include "Cli.h"
 
 #include <charconv>
-#include <cstring>
+#include <cstdio>
 #include <filesystem>
-#include <optional>
-#include <sstream>
-#include <unistd.h>
+#include <future>
 
 namespace voka::test {
 namespace {
-namespace fs = std::filesystem;
 
-// Text is URI-encoded so that the dump needs no unescaping; the fields are
-// tab-separated, one text node a line.
+// Text is URI-encoded so that the dump needs no unescaping; tab-separated fields, one text node a line.
 constexpr const char* kProbeScript = R"(<script>
 (function () {
-  var rendered = Array.prototype.slice.call(document.querySelectorAll('section.flow .el'));
+  var rendered = Array.prototype.slice.call(document.querySelectorAll('section.flow .el')), lines = [];
   var walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
-  var lines = [];
   for (var node = walker.nextNode(); node; node = walker.nextNode()) {
-    var parent = node.parentElement;
-    if (!parent.closest('section.flow') || parent.closest('.tag')) continue;
-    var owner = parent.closest('.el');
-    if (!owner) continue;
-    var style = getComputedStyle(parent);
-    lines.push([rendered.indexOf(owner), owner.getAttribute('data-tag'), encodeURIComponent(node.data),
-                style.color, style.textDecorationLine, style.textDecorationStyle,
-                style.borderLeftWidth].join('\t'));
+    var parent = node.parentElement, owner = parent.closest('.el'), style = getComputedStyle(parent);
+    if (!parent.closest('section.flow') || parent.closest('.tag') || !owner) continue;
+    lines.push([rendered.indexOf(owner), owner.getAttribute('data-tag'), encodeURIComponent(node.data), style.color,
+                style.textDecorationLine, style.textDecorationStyle, style.borderLeftWidth].join('\t'));
   }
   var probe = document.createElement('pre');
   probe.id = 'voka-probe';
@@ -39,92 +30,77 @@ constexpr const char* kProbeScript = R"(<script>
 </script>
 )";
 
-constexpr const char* kProbeStart = "<pre id=\"voka-probe\">";
-
-std::string percentDecoded(const std::string& text) {
-    std::string plain;
-    for (std::size_t i = 0; i < text.size(); ++i) {
+// One probe line: element, tag, text, color ("rgb(0, 0, 255)"), text-decoration-line, -style, border-left-width.
+bool readLine(const std::string& line, ShownText& shown) {
+    std::vector<std::string> parts(1);
+    for (char c : line)
+        if (c == '\t') parts.emplace_back();
+        else parts.back() += c;
+    if (parts.size() != 7 || std::from_chars(parts[0].data(), parts[0].data() + parts[0].size(), shown.element).ec != std::errc())
+        return false;
+    shown.tag = parts[1];
+    for (std::size_t i = 0; i < parts[2].size(); ++i) {  // percent-decoding
+        const char* hex = parts[2].data() + i + 1;
         unsigned byte = 0;
-        const char* hex = text.data() + i + 1;
-        if (text[i] == '%' && i + 2 < text.size() && std::from_chars(hex, hex + 2, byte, 16).ptr == hex + 2) {
-            plain += static_cast<char>(byte);
-            i += 2;
-            continue;
-        }
-        plain += text[i];
+        if (parts[2][i] == '%' && i + 2 < parts[2].size() && std::from_chars(hex, hex + 2, byte, 16).ptr == hex + 2) i += 2;
+        else byte = static_cast<unsigned char>(parts[2][i]);
+        shown.text += static_cast<char>(byte);
     }
-    return plain;
+    int red = 0, green = 0, blue = 0;
+    char close = 0, rgb[8];
+    if (std::sscanf(parts[3].c_str(), "rgb(%d, %d, %d%c", &red, &green, &blue, &close) != 4 || close != ')') return false;
+    std::snprintf(rgb, sizeof rgb, "#%02X%02X%02X", red & 0xFF, green & 0xFF, blue & 0xFF);
+    shown.look.rgb = rgb;
+    std::istringstream words(parts[4]);
+    for (std::string word; words >> word;) {
+        if (word == "underline") {  // the HTML rendering draws a numeric underline dotted
+            const char* const styles[] = {"solid", "double", "dotted"};
+            for (int kind = 1; kind <= 3; ++kind) shown.look.underline += kind * (parts[5] == styles[kind - 1]);
+            if (shown.look.underline == 0) return false;
+        } else if (word == "overline") shown.look.overline = true;
+        else if (word == "line-through") shown.look.strikethrough = true;
+        else if (word != "none") return false;
+    }
+    shown.look.changeBar = parts[6] != "0px";
+    return true;
 }
 
-std::vector<std::string> fields(const std::string& line) {
-    std::vector<std::string> parts;
-    std::size_t from = 0;
-    for (std::size_t tab; (tab = line.find('\t', from)) != std::string::npos; from = tab + 1)
-        parts.push_back(line.substr(from, tab - from));
-    parts.push_back(line.substr(from));
-    return parts;
-}
-
-PageProbe readProbe(const std::string& dom) {
-    PageProbe probe;
-    const std::size_t start = dom.find(kProbeStart);
-    const std::size_t end = start == std::string::npos ? start : dom.find("</pre>", start);
-    if (end == std::string::npos) {
-        probe.error = "the page's DOM holds no probe output (did the script fail?)";
-        return probe;
-    }
-    std::istringstream lines(dom.substr(start + std::strlen(kProbeStart), end - start - std::strlen(kProbeStart)));
-    for (std::string line; std::getline(lines, line);) {
-        std::vector<std::string> parts = fields(line);
-        std::optional<Look> look = parts.size() == 7 ? lookShown(parts[3], parts[4], parts[5], parts[6]) : std::nullopt;
-        int element = -1;
-        if (!look || std::from_chars(parts[0].data(), parts[0].data() + parts[0].size(), element).ec != std::errc()) {
-            probe.error = "unexpected probe line: " + line;
-            return probe;
-        }
-        probe.texts.push_back({element, parts[1], percentDecoded(parts[2]), *look});
-    }
-    return probe;
-}
-
-RunningProcess startBrowser(const std::string& page, const std::string& folder) {
-    fs::create_directories(folder);
-    const std::string copy = folder + "/" + fs::path(page).filename().string();
+PageProbe probePage(const std::string& page, const std::string& folder) {
+    std::filesystem::create_directories(folder);
+    const std::string copy = folder + "/" + std::filesystem::path(page).filename().string();
     writeFile(copy, readFile(page) + kProbeScript);
     RunOptions options;
-    options.environment = {{"HOME", folder}};  // whatever the browser keeps for the user stays in the scratch folder
+    options.home = folder;  // what the browser keeps stays in the scratch folder
     options.timeoutSeconds = 60;
-    return startProcess({kChromium, "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-                         "--disable-background-networking", "--disable-component-update", "--disable-sync",
-                         "--user-data-dir=" + folder + "/profile", "--virtual-time-budget=5000", "--dump-dom", copy},
-                        options);
-}
-
-PageProbe finishBrowser(RunningProcess& running) {
-    ProcessResult run = finishProcess(running);
-    if (!run.failure.empty()) return {{}, run.failure};
-    if (run.timedOut) return {{}, "the browser did not finish in time"};
-    if (run.exitCode != 0) return {{}, "the browser ended with " + std::to_string(run.exitCode) + ":\n" + run.err};
-    return readProbe(run.out);
+    ProcessResult run = runProcess(
+        {kChromium, "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
+         "--disable-background-networking", "--disable-component-update", "--disable-sync",
+         "--user-data-dir=" + folder + "/profile", "--virtual-time-budget=5000", "--dump-dom", copy},
+        options);
+    if (!run.failure.empty() || run.exitCode != 0)
+        return {{}, "the browser ended with " + std::to_string(run.exitCode) + " " + run.failure + ":\n" + run.err};
+    const std::string start = "<pre id=\"voka-probe\">";
+    const std::size_t from = run.out.find(start), end = from == std::string::npos ? from : run.out.find("</pre>", from);
+    if (end == std::string::npos) return {{}, "the page's DOM holds no probe output (did the script fail?)"};
+    PageProbe probe;
+    std::istringstream lines(run.out.substr(from + start.size(), end - from - start.size()));
+    for (std::string line; std::getline(lines, line);)
+        if (!readLine(line, probe.texts.emplace_back())) return {{}, "unexpected probe line: " + line};
+    return probe;
 }
 
 }  // namespace
 
 const char* const kChromium = "/usr/bin/chromium";
 
-bool chromiumAvailable() { return access(kChromium, X_OK) == 0; }
-
 std::vector<PageProbe> probePages(const std::vector<std::string>& pages, const std::string& scratch) {
-    constexpr std::size_t kAtOnce = 2;  // the machine's cores are shared
-    std::vector<PageProbe> probes(pages.size());
-    std::vector<RunningProcess> running(pages.size());
-    for (std::size_t next = 0, done = 0; done < pages.size();) {
-        while (next < pages.size() && next < done + kAtOnce) {
-            running[next] = startBrowser(pages[next], scratch + "/browser-" + std::to_string(next));
-            ++next;
-        }
-        probes[done] = finishBrowser(running[done]);
-        ++done;
+    std::vector<PageProbe> probes;
+    for (std::size_t i = 0; i < pages.size(); i += 2) {  // two at once: the machine's cores are shared
+        auto second = std::async(std::launch::async, [&, i] {
+            return i + 1 < pages.size() ? probePage(pages[i + 1], scratch + "/browser-" + std::to_string(i + 1)) : PageProbe{};
+        });
+        probes.push_back(probePage(pages[i], scratch + "/browser-" + std::to_string(i)));
+        if (i + 1 < pages.size()) probes.push_back(second.get());
     }
     return probes;
 }

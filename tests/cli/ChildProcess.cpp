@@ -1,8 +1,7 @@
-#include "ChildProcess.h"
+#include "Cli.h"
 
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <cstring>
 #include <fcntl.h>
 #include <grp.h>
@@ -15,10 +14,7 @@ extern char** environ;
 namespace voka::test {
 namespace {
 
-constexpr uid_t kNobody = 65534;
-
-// An unnamed temporary file the child writes into and the parent reads back.
-int captureFile() {
+int captureFile() {  // an unnamed temporary file the child writes into
     char name[] = "/tmp/voka-capture-XXXXXX";
     int fd = mkstemp(name);
     if (fd >= 0) unlink(name);
@@ -27,24 +23,11 @@ int captureFile() {
 
 std::string readAll(int fd) {
     std::string text;
-    if (fd < 0) return text;
-    lseek(fd, 0, SEEK_SET);
     char buffer[65536];
+    lseek(fd, 0, SEEK_SET);
     for (ssize_t n; (n = read(fd, buffer, sizeof buffer)) > 0;) text.append(buffer, static_cast<std::size_t>(n));
     close(fd);
     return text;
-}
-
-std::vector<std::string> childEnvironment(const RunOptions& options) {
-    std::vector<std::string> entries;
-    for (char** entry = environ; *entry; ++entry) {
-        std::string text = *entry;
-        bool replaced = false;
-        for (const auto& [name, value] : options.environment) replaced = replaced || text.rfind(name + "=", 0) == 0;
-        if (!replaced) entries.push_back(text);
-    }
-    for (const auto& [name, value] : options.environment) entries.push_back(name + "=" + value);
-    return entries;
 }
 
 std::vector<char*> pointers(std::vector<std::string>& texts) {
@@ -56,79 +39,46 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
 
 }  // namespace
 
-bool runningAsRoot() { return geteuid() == 0; }
+ProcessResult runProcess(const std::vector<std::string>& argv, const RunOptions& options) {
+    ProcessResult result;
+    const int outFd = captureFile(), errFd = captureFile();
+    if (outFd < 0 || errFd < 0) return {-1, "", "", std::string("cannot make capture files: ") + std::strerror(errno)};
+    // Everything the child needs is built before fork: after it, only async-signal-safe calls.
+    std::vector<std::string> arguments = argv, environment;
+    for (char** entry = environ; *entry; ++entry)
+        if (options.home.empty() || std::strncmp(*entry, "HOME=", 5) != 0) environment.push_back(*entry);
+    if (!options.home.empty()) environment.push_back("HOME=" + options.home);
+    std::vector<char*> argp = pointers(arguments), envp = pointers(environment);
+    const char* directory = options.workingDirectory.empty() ? nullptr : options.workingDirectory.c_str();
 
-RunningProcess startProcess(const std::vector<std::string>& argv, const RunOptions& options) {
-    RunningProcess running;
-    running.timeoutSeconds = options.timeoutSeconds;
-    if (argv.empty()) {
-        running.failure = "no program given";
-        return running;
-    }
-    running.outFd = captureFile();
-    running.errFd = captureFile();
-    if (running.outFd < 0 || running.errFd < 0) {
-        running.failure = std::string("cannot make capture files: ") + std::strerror(errno);
-        return running;
-    }
-    // Everything the child needs is built before fork: after it only
-    // async-signal-safe calls are made.
-    std::vector<std::string> arguments = argv;
-    std::vector<std::string> environment = childEnvironment(options);
-    std::vector<char*> argp = pointers(arguments);
-    std::vector<char*> envp = pointers(environment);
-    const bool dropToNobody = options.asNobody;
-    const char* workingDirectory = options.workingDirectory.empty() ? nullptr : options.workingDirectory.c_str();
-
-    pid_t pid = fork();
-    if (pid < 0) {
-        running.failure = std::string("fork: ") + std::strerror(errno);
-        return running;
-    }
+    const pid_t pid = fork();
     if (pid == 0) {
         setpgid(0, 0);  // one group, so that a time-out ends the child's own children too
         int in = open("/dev/null", O_RDONLY);
-        if (in < 0 || dup2(in, 0) < 0 || dup2(running.outFd, 1) < 0 || dup2(running.errFd, 2) < 0) _exit(126);
-        if (workingDirectory && chdir(workingDirectory) != 0) _exit(126);
-        if (dropToNobody && (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0)) _exit(126);
+        if (in < 0 || dup2(in, 0) < 0 || dup2(outFd, 1) < 0 || dup2(errFd, 2) < 0) _exit(126);
+        if (directory && chdir(directory) != 0) _exit(126);
+        constexpr uid_t kNobody = 65534;
+        if (options.asNobody && (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0)) _exit(126);
         execve(argp[0], argp.data(), envp.data());
         _exit(127);
     }
-    running.pid = pid;
-    return running;
-}
-
-ProcessResult finishProcess(RunningProcess& running) {
-    ProcessResult result;
-    result.failure = running.failure;
-    if (running.pid > 0) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(running.timeoutSeconds);
-        int status = 0;
-        pid_t done = 0;
-        while ((done = waitpid(running.pid, &status, WNOHANG)) == 0) {
-            if (std::chrono::steady_clock::now() > deadline) {
-                result.timedOut = true;
-                kill(-running.pid, SIGKILL);
-                waitpid(running.pid, &status, 0);
-                done = running.pid;
-                break;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    if (pid < 0) result.failure = std::string("fork: ") + std::strerror(errno);
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(options.timeoutSeconds);
+    int status = 0;
+    while (pid > 0 && waitpid(pid, &status, WNOHANG) == 0) {
+        if (std::chrono::steady_clock::now() > deadline) {
+            kill(-pid, SIGKILL);
+            waitpid(pid, &status, 0);
+            result.failure = "did not finish in time";
+            break;
         }
-        // Helpers the child left behind in its group (a browser's) go with it.
-        kill(-running.pid, SIGKILL);
-        if (done == running.pid && WIFEXITED(status) && !result.timedOut) result.exitCode = WEXITSTATUS(status);
-        running.pid = -1;
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    result.out = readAll(running.outFd);
-    result.err = readAll(running.errFd);
-    running.outFd = running.errFd = -1;
+    if (pid > 0) kill(-pid, SIGKILL);  // helpers the child left in its group (a browser's) go with it
+    if (pid > 0 && result.failure.empty() && WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
+    result.out = readAll(outFd);
+    result.err = readAll(errFd);
     return result;
-}
-
-ProcessResult runProcess(const std::vector<std::string>& argv, const RunOptions& options) {
-    RunningProcess running = startProcess(argv, options);
-    return finishProcess(running);
 }
 
 }  // namespace voka::test

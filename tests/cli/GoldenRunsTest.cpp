@@ -1,13 +1,12 @@
 // Golden runs: each folder under golden/ is one run of voka on a new
 // per-user folder, with what it must print, the exit code it must end with
 // and the files it may write (golden/README.md describes the layout).
-#include "VokaRun.h"
+#include "Cli.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
-#include <charconv>
+#include <cstring>
 #include <filesystem>
 #include <sstream>
 
@@ -15,95 +14,61 @@ namespace voka::test {
 namespace {
 namespace fs = std::filesystem;
 
-std::string goldenRoot() { return sourceDirectory() + "/tests/cli/golden"; }
+const std::string kGolden = sourceDirectory() + "/tests/cli/golden";
 
 std::vector<std::string> goldenCases() {
     std::vector<std::string> names;
-    std::error_code ec;
-    for (const fs::directory_entry& entry : fs::directory_iterator(goldenRoot(), ec))
-        if (entry.is_directory(ec)) names.push_back(entry.path().filename().string());
+    for (const fs::directory_entry& entry : fs::directory_iterator(kGolden))
+        if (entry.is_directory()) names.push_back(entry.path().filename().string());
     std::sort(names.begin(), names.end());
     return names;
-}
-
-struct Placeholders {
-    std::vector<std::pair<std::string, std::string>> values;
-
-    std::string apply(std::string text) const {
-        for (const auto& [name, value] : values)
-            for (std::size_t at = text.find(name); at != std::string::npos; at = text.find(name, at + value.size()))
-                text.replace(at, name.size(), value);
-        return text;
-    }
-};
-
-// The case's file with the placeholders filled in, or `absent` when it has none.
-std::string expected(const std::string& folder, const char* name, const Placeholders& placeholders,
-                     const std::string& absent = "") {
-    std::error_code ec;
-    if (!fs::exists(folder + "/" + name, ec)) return absent;
-    return placeholders.apply(readFile(folder + "/" + name));
-}
-
-std::vector<std::string> argumentLines(const std::string& text) {
-    std::vector<std::string> args;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);)
-        if (!line.empty()) args.push_back(line);
-    return args;
-}
-
-// What the run left in the scratch folder, the per-user folder aside.
-std::string writtenBesideHome(const std::string& scratch) {
-    std::istringstream lines(fileListing(scratch));
-    std::string written;
-    for (std::string line; std::getline(lines, line);)
-        if (line.rfind("home/", 0) != 0) written += line + "\n";
-    return written;
-}
-
-// The code an `exit` file names; -2, which no process ends with, when it names none.
-int exitCodeOf(const std::string& text) {
-    int code = -2;
-    const char* end = text.data() + text.size();
-    auto [stop, error] = std::from_chars(text.data(), end, code);
-    bool onlyBlanksAfter = std::all_of(stop, end, [](char c) { return std::isspace(static_cast<unsigned char>(c)); });
-    return error == std::errc() && onlyBlanksAfter ? code : -2;
 }
 
 class GoldenRun : public testing::TestWithParam<std::string> {};
 
 TEST_P(GoldenRun, PrintsWritesAndEndsAsItsFolderSays) {
-    const std::string folder = goldenRoot() + "/" + GetParam();
+    const std::string folder = kGolden + "/" + GetParam();
     ScratchFolder scratch;
-    ASSERT_FALSE(scratch.path().empty());
     const std::string home = scratch / "home";
-    const std::string work = scratch / "work";
     fs::create_directories(home);
-    fs::create_directories(work);
-    const Placeholders placeholders{{{"@CASE@", folder},
-                                     {"@HOME@", home},
-                                     {"@OUT@", scratch / "out"},
-                                     {"@SOURCE@", sourceDirectory()}}};
+    fs::create_directories(scratch / "work");
+    // The case's file with the placeholders filled in, or `absent` when it has none.
+    auto expected = [&](const char* name, const std::string& absent = "") {
+        if (!fs::exists(folder + "/" + name)) return absent;
+        std::string text = readFile(folder + "/" + name);
+        const std::pair<const char*, std::string> fills[] = {
+            {"@CASE@", folder}, {"@HOME@", home}, {"@OUT@", scratch / "out"}, {"@SOURCE@", sourceDirectory()}};
+        for (const auto& [from, to] : fills)
+            for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+                text.replace(at, std::strlen(from), to);
+        return text;
+    };
+    std::vector<std::string> args;
+    std::istringstream lines(expected("args"));
+    for (std::string line; std::getline(lines, line);)
+        if (!line.empty()) args.push_back(line);
 
+    // Run in an empty working folder, so that relative output lands where it is seen.
     RunOptions options;
-    options.workingDirectory = work;  // so that relative output lands where it is seen
-    ProcessResult run = runVoka(home, argumentLines(expected(folder, "args", placeholders)), options);
+    options.workingDirectory = scratch / "work";
+    ProcessResult run = runVoka(home, args, options);
 
-    ASSERT_TRUE(run.failure.empty()) << run.failure;
-    EXPECT_EQ(expected(folder, "stdout", placeholders), run.out);
-    EXPECT_EQ(expected(folder, "stderr", placeholders), run.err);
-    EXPECT_EQ(exitCodeOf(expected(folder, "exit", placeholders, "0")), run.exitCode);
-    EXPECT_EQ(expected(folder, "written", placeholders), writtenBesideHome(scratch.path()));
+    ASSERT_EQ("", run.failure);
+    EXPECT_EQ(expected("stdout"), run.out);
+    EXPECT_EQ(expected("stderr"), run.err);
+    EXPECT_EQ(std::stoi(expected("exit", "0")), run.exitCode);
+    std::string written;  // what the run left beside the per-user folder
+    std::istringstream listing(fileListing(scratch.path));
+    for (std::string line; std::getline(listing, line);)
+        if (line.rfind("home/", 0) != 0) written += line + "\n";
+    EXPECT_EQ(expected("written"), written);
 }
 
-INSTANTIATE_TEST_SUITE_P(Voka, GoldenRun, testing::ValuesIn(goldenCases()),
-                         [](const testing::TestParamInfo<std::string>& info) {
-                             std::string name = info.param;
-                             for (char& c : name)
-                                 if (!std::isalnum(static_cast<unsigned char>(c))) c = '_';
-                             return name;
-                         });
+INSTANTIATE_TEST_SUITE_P(Voka, GoldenRun, testing::ValuesIn(goldenCases()), [](const auto& info) {
+    std::string name = info.param;  // the folders' names are of letters and hyphens
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+});
 
 }  // namespace
 }  // namespace voka::test

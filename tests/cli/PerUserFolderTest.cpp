@@ -1,20 +1,17 @@
 // The per-user folder voka runs in: set up on the first run with a welcome,
-// reused quietly after, and a folder voka cannot use stops the plug-in with
-// its own message and leaves nothing behind.
-#include "VokaRun.h"
+// reused quietly after; a folder voka cannot use stops the plug-in with its
+// own message and leaves nothing behind.
+#include "Cli.h"
 
 #include <gtest/gtest.h>
 
 #include <filesystem>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace voka::test {
 namespace {
 namespace fs = std::filesystem;
-
-const char* const kCannotInitialize =
-    "A critical error occurred while attempting to open your local settings document. Make sure that the file "
-    "exists, is named correctly, and is not corrupt.\n\nVOKA is unable to initialize.";
 
 TEST(PerUserFolder, FirstRunInstallsAndWelcomesLaterRunsJustWork) {
     ScratchFolder scratch;
@@ -31,55 +28,43 @@ TEST(PerUserFolder, FirstRunInstallsAndWelcomesLaterRunsJustWork) {
     EXPECT_EQ(0, second.exitCode);
     EXPECT_EQ("", second.err) << "a folder set up before greets no more";
     EXPECT_EQ(first.out, second.out);
-    EXPECT_FALSE(second.out.empty());
+    EXPECT_NE("", second.out);
 }
 
-struct UnusableFolder {
-    const char* name;     // the test's name
-    bool create;          // false: the folder does not exist
-    std::string (*firstLine)(const std::string& home);
-};
+TEST(PerUserFolder, AnUnusableOneStopsThePluginWithItsMessageAndCreatesNothing) {
+    struct Case {
+        const char* name;
+        bool create;  // false: the folder does not exist; true: it is read-only
+        std::string firstLine;
+    };
+    for (const Case& c : {Case{"missing", false, " does not exist\n"}, Case{"read-only", true, ": Permission denied\n"}}) {
+        SCOPED_TRACE(c.name);
+        ScratchFolder scratch;
+        const std::string home = scratch / "home";
+        RunOptions options;
+        if (c.create) {
+            ASSERT_EQ(0, mkdir(home.c_str(), 0555));
+            // Permission bits do not stop root: voka runs as nobody, who must reach the folder.
+            options.asNobody = geteuid() == 0;
+            chmod(scratch.path.c_str(), 0755);
+        }
+        ProcessResult run = runVoka(home, {"menus"}, options);
+        if (options.asNobody && (run.exitCode == 126 || run.exitCode == 127) && run.err.empty())
+            GTEST_SKIP() << "running as root, and voka cannot be run as the user nobody, so a read-only folder "
+                            "cannot be made";
 
-const UnusableFolder kUnusableFolders[] = {
-    {"Missing", false, [](const std::string& home) { return "voka: the folder " + home + " does not exist\n"; }},
-    {"ReadOnly", true,
-     [](const std::string& home) { return "voka: cannot write into " + home + ": Permission denied\n"; }},
-};
-
-// Test names in listings show the case, not its bytes.
-void PrintTo(const UnusableFolder& c, std::ostream* out) { *out << c.name; }
-
-class UnusableHome : public testing::TestWithParam<UnusableFolder> {};
-
-TEST_P(UnusableHome, StopsThePluginWithItsMessageAndCreatesNothing) {
-    const UnusableFolder& folder = GetParam();
-    ScratchFolder scratch;
-    const std::string home = scratch / "home";
-    RunOptions options;
-    if (folder.create) {
-        ASSERT_EQ(0, mkdir(home.c_str(), 0555));
-        // Permission bits do not stop root: run voka as nobody, who must be
-        // able to reach the folder to find it read-only.
-        options.asNobody = runningAsRoot();
-        chmod(scratch.path().c_str(), 0755);
+        EXPECT_EQ(3, run.exitCode);
+        EXPECT_EQ((c.create ? "voka: cannot write into " + home : "voka: the folder " + home) + c.firstLine +
+                      pluginMessage("A critical error occurred while attempting to open your local settings "
+                                    "document. Make sure that the file exists, is named correctly, and is not "
+                                    "corrupt.\n\nVOKA is unable to initialize.") +
+                      "voka: the plug-in did not start in " + home + " (see its messages above)\n",
+                  run.err);
+        EXPECT_EQ("", run.out) << "no menus without a started plug-in";
+        EXPECT_EQ(c.create, fs::exists(home));
+        EXPECT_EQ("", fileListing(home));
     }
-
-    ProcessResult run = runVoka(home, {"menus"}, options);
-    if (options.asNobody && (run.exitCode == 126 || run.exitCode == 127) && run.err.empty())
-        GTEST_SKIP() << "running as root, and voka cannot be run as the user nobody (no permission to switch, or "
-                        "the build is out of nobody's reach), so a read-only folder cannot be made";
-
-    EXPECT_EQ(3, run.exitCode);
-    EXPECT_EQ(folder.firstLine(home) + pluginMessage(kCannotInitialize) + "voka: the plug-in did not start in " +
-                  home + " (see its messages above)\n",
-              run.err);
-    EXPECT_EQ("", run.out) << "no menus without a started plug-in";
-    EXPECT_EQ(folder.create, fs::exists(home));
-    EXPECT_EQ("", fileListing(home));
 }
-
-INSTANTIATE_TEST_SUITE_P(Voka, UnusableHome, testing::ValuesIn(kUnusableFolders),
-                         [](const testing::TestParamInfo<UnusableFolder>& info) { return info.param.name; });
 
 }  // namespace
 }  // namespace voka::test
