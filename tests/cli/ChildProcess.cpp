@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <csignal>
+#include <cstdio>
 #include <cstring>
 #include <fcntl.h>
 #include <grp.h>
@@ -14,19 +15,12 @@ extern char** environ;
 namespace voka::test {
 namespace {
 
-int captureFile() {  // an unnamed temporary file the child writes into
-    char name[] = "/tmp/voka-capture-XXXXXX";
-    int fd = mkstemp(name);
-    if (fd >= 0) unlink(name);
-    return fd;
-}
-
-std::string readAll(int fd) {
+std::string readAll(std::FILE* file) {  // an unnamed temporary file the child wrote into
     std::string text;
     char buffer[65536];
-    lseek(fd, 0, SEEK_SET);
-    for (ssize_t n; (n = read(fd, buffer, sizeof buffer)) > 0;) text.append(buffer, static_cast<std::size_t>(n));
-    close(fd);
+    std::rewind(file);
+    for (std::size_t n; (n = std::fread(buffer, 1, sizeof buffer, file)) > 0;) text.append(buffer, n);
+    std::fclose(file);
     return text;
 }
 
@@ -41,8 +35,8 @@ std::vector<char*> pointers(std::vector<std::string>& texts) {
 
 ProcessResult runProcess(const std::vector<std::string>& argv, const RunOptions& options) {
     ProcessResult result;
-    const int outFd = captureFile(), errFd = captureFile();
-    if (outFd < 0 || errFd < 0) return {-1, "", "", std::string("cannot make capture files: ") + std::strerror(errno)};
+    std::FILE *outFile = std::tmpfile(), *errFile = std::tmpfile();
+    if (!outFile || !errFile) return {-1, "", "", std::string("cannot make capture files: ") + std::strerror(errno)};
     // Everything the child needs is built before fork: after it, only async-signal-safe calls.
     std::vector<std::string> arguments = argv, environment;
     for (char** entry = environ; *entry; ++entry)
@@ -55,7 +49,7 @@ ProcessResult runProcess(const std::vector<std::string>& argv, const RunOptions&
     if (pid == 0) {
         setpgid(0, 0);  // one group, so that a time-out ends the child's own children too
         int in = open("/dev/null", O_RDONLY);
-        if (in < 0 || dup2(in, 0) < 0 || dup2(outFd, 1) < 0 || dup2(errFd, 2) < 0) _exit(126);
+        if (in < 0 || dup2(in, 0) < 0 || dup2(fileno(outFile), 1) < 0 || dup2(fileno(errFile), 2) < 0) _exit(126);
         if (directory && chdir(directory) != 0) _exit(126);
         constexpr uid_t kNobody = 65534;
         if (options.asNobody && (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0)) _exit(126);
@@ -76,8 +70,8 @@ ProcessResult runProcess(const std::vector<std::string>& argv, const RunOptions&
     }
     if (pid > 0) kill(-pid, SIGKILL);  // helpers the child left in its group (a browser's) go with it
     if (pid > 0 && result.failure.empty() && WIFEXITED(status)) result.exitCode = WEXITSTATUS(status);
-    result.out = readAll(outFd);
-    result.err = readAll(errFd);
+    result.out = readAll(outFile);
+    result.err = readAll(errFile);
     return result;
 }
 
