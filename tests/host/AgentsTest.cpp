@@ -213,18 +213,5 @@ TEST(Paths, HostNotationAndBack) {
     EXPECT_EQ(toDisplayText("Open \\home\\a.xml (Esc \\!11)"), "Open /home/a.xml (Esc \\!11)");
 }
 
-TEST(Paths, FilesThroughTheHost) {
-    HostFixture f;
-    EXPECT_EQ(f.host.sessionDirectory(), toHostPath(f.folder.path().string()) + "\\");
-    f.folder.write("Brindel/BR_Settings.fm", "<x/>");
-    const std::string settings = f.host.sessionDirectory() + "Brindel\\BR_Settings.fm";
-    EXPECT_TRUE(f.host.fileExists(settings));
-    EXPECT_TRUE(f.host.isDirectory(f.host.sessionDirectory() + "Brindel"));
-    EXPECT_TRUE(f.host.deleteFile(settings));
-    EXPECT_FALSE(std::filesystem::exists(f.folder.path() / "Brindel" / "BR_Settings.fm"));
-    EXPECT_FALSE(f.host.deleteFile(settings));
-    EXPECT_FALSE(f.host.deleteFile(f.host.sessionDirectory() + "Brindel"));
-}
-
 }  // namespace
 }  // namespace voka::headless::testing

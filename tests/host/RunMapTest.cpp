@@ -34,46 +34,6 @@ TEST(RunMap, AssignSplitsAndCoalesces) {
     }
 }
 
-TEST(RunMap, UpdateKeepsOtherProperties) {
-    RunMap<CharFormat> map;
-    CharFormat red;
-    red.set = CharFormat::kColor;
-    red.color = 2;
-    map.assign(0, 10, red);
-    map.update(4, 6, [](CharFormat& f) {
-        f.set |= CharFormat::kUnderlining;
-        f.underlining = kDoubleUnderline;
-    });
-    EXPECT_EQ(map.at(3), red);
-    EXPECT_EQ(map.at(4).color, 2u);
-    EXPECT_EQ(map.at(4).underlining, kDoubleUnderline);
-    EXPECT_EQ(map.at(6), red);
-}
-
-TEST(RunMap, ShiftAfterInsertingAndRemovingText) {
-    struct Case {
-        const char* name;
-        std::uint32_t from;
-        std::int64_t delta;
-        Runs runs;
-    };
-    // Before each shift: 1 over [0,3), 2 over [3,6).
-    const Case cases[] = {
-        {"insert at a run boundary", 3, 2, {{0, 1}, {5, 2}, {8, 0}}},
-        {"insert inside a run", 4, 2, {{0, 1}, {3, 2}, {8, 0}}},
-        {"remove across a boundary", 2, -2, {{0, 1}, {2, 2}, {4, 0}}},
-        {"remove a whole run", 3, -3, {{0, 1}, {3, 0}}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        RunMap<int> map;
-        map.assign(0, 3, 1);
-        map.assign(3, 6, 2);
-        map.shift(c.from, c.delta);
-        EXPECT_EQ(map.runs(), c.runs);
-    }
-}
-
 TEST(TextFormats, PropertiesAcceptTheirValuesOnly) {
     struct Case {
         const char* name;

@@ -107,18 +107,5 @@ TEST(Clipboard, PasteReplacesTheSelectedElement) {
     EXPECT_EQ(elementText(f.host, source, root(f.host, source)), "extra text");
 }
 
-TEST(Clipboard, PasteAtAnInsertionPointAddsTheElements) {
-    HostFixture f;
-    Chapter from = chapter(f, "from.xml");
-    Chapter to = chapter(f, "to.xml");
-    ASSERT_TRUE(f.host.setElementSelection(from.doc, {{from.chapter, from.first, 0}, {from.chapter, kNoObject, 0}}));
-    ASSERT_TRUE(f.host.copySelection(from.doc));
-    ASSERT_TRUE(f.host.setElementSelection(to.doc, {{to.chapter, to.first, 0}, {to.chapter, to.first, 0}}));
-    ASSERT_TRUE(f.host.paste(to.doc));
-    EXPECT_EQ(elementText(f.host, to.doc, to.chapter), "IntroHelloWorldHelloWorld");
-    EXPECT_EQ(children(f.host, to.doc, to.chapter).size(), 5u);
-    EXPECT_EQ(elementText(f.host, to.doc, to.first), "Hello");
-}
-
 }  // namespace
 }  // namespace voka::headless::testing
