@@ -135,31 +135,5 @@ TEST(Editing, NewElementsAtElementLocations) {
     }
 }
 
-TEST(Editing, ElementLocationsAsTextLocations) {
-    HostFixture f;
-    TreeBuilder b;
-    b.open("Chapter").open("P").text("Some ").leaf("B", {}, "bold").text(" text").close().leaf("Empty").close();
-    const Handle doc = b.build(f.host, f.folder.hostPath("m.xml"));
-    const Handle p = f.host.firstChild(doc, root(f.host, doc));
-    const Handle bold = f.host.firstChild(doc, p);
-    const Handle empty = f.host.lastChild(doc, root(f.host, doc));
-    struct Case {
-        const char* name;
-        ElementLocation begin, end;
-        std::string text;
-    };
-    // The colouring engine's whole content of an element: from before its
-    // first child to after its last, leading and trailing text included.
-    const Case cases[] = {
-        {"whole content of mixed text", {p, bold, 0}, {p, kNoObject, 0}, "Some bold text"},
-        {"offset counted before a child", {p, bold, 2}, {p, bold, kEndOfObject}, "me "},
-        {"an empty element", {empty, kNoObject, 0}, {empty, kNoObject, kEndOfObject}, ""},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        EXPECT_EQ(f.host.text(doc, {f.host.toTextLocation(doc, c.begin), f.host.toTextLocation(doc, c.end)}), c.text);
-    }
-}
-
 }  // namespace
 }  // namespace voka::headless::testing
