@@ -12,7 +12,7 @@ struct Red : Chapter {
         red = static_cast<int>(host.namedObject(doc, kColorObject, "Red"));
         EXPECT_TRUE(host.setTextProperty(doc, host.elementTextRange(doc, second), TextProperty::Color, red));
     }
-    int colorAt(Handle element, std::uint32_t offset) { return host.textProperty(doc, {element, offset}, TextProperty::Color); }
+    int colorAt(Handle element, int offset) { return host.textProperty(doc, {element, offset}, TextProperty::Color); }
     // The marker still sits at the start of "World".
     bool markerOnWorld() {
         const Document& d = *host.document(doc);
@@ -129,7 +129,9 @@ TEST(Editing, NewElementsAtElementLocations) {
         const Handle note = f.host.newNamedObject(c.doc, kElementDefinitionObject, "Note");
         const Handle made = f.host.newElement(c.doc, note, places.at(k.place));
         EXPECT_EQ(made == kNoObject, k.place == BeforeForeign);
-        if (made != kNoObject) ASSERT_TRUE(f.host.addText(c.doc, {made, 0}, "[x]"));
+        if (made != kNoObject) {
+            ASSERT_TRUE(f.host.addText(c.doc, {made, 0}, "[x]"));
+        }
         EXPECT_EQ(elementText(f.host, c.doc, c.chapter), k.chapterAfter);
         EXPECT_EQ(elementText(f.host, c.doc, c.second), "World");
     }
