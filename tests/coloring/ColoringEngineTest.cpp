@@ -10,57 +10,31 @@
 namespace voka::testing {
 namespace {
 
-RuleSpec rule(const std::string& color, std::vector<ConditionSpec> conditions, int style = 0, int override = 0) {
-    RuleSpec r;
-    r.color = color;
-    r.conditions = std::move(conditions);
-    r.style = style;
-    r.override = override;
-    return r;
-}
-
-// Chapter (novice) "intro " > Para p1 (expert) "expert text", Para p2 (empty) "plain text".
-Handle chapter(World& world) {
-    headless::TreeBuilder b;
-    b.define("Para", kElementContainer, {{"id", kAttrString, 0, {}, {}}, {"audience", kAttrString, 0, {}, {}}});
-    b.open("Chapter", {{"id", "ch"}, {"audience", "novice"}})
-        .text("intro ")
-        .leaf("Para", {{"id", "p1"}, {"audience", "expert"}}, "expert text")
-        .leaf("Para", {{"id", "p2"}}, "plain text")
-        .close();
-    return b.build(world.host, world.hostPath("chapter.xml"));
-}
-
-void useScheme(World& world, std::vector<RuleSpec> rules) {
-    world.holdMainSettings({{"Manuals", {{"Print", std::move(rules), {}}}, {}}});
-    ASSERT_EQ(world.activate("Manuals", "Print"), 1);
-}
-
-void paint(World& world, Handle doc, const char* id, const char* color) {
-    Handle element = elementById(world.host, doc, id);
-    world.host.setTextProperty(doc, world.host.elementTextRange(doc, element), TextProperty::Color,
-                               static_cast<int>(world.host.namedObject(doc, kColorObject, color)));
-}
+const ConditionSpec kNovice{"audience", {"novice"}}, kExpert{"audience", {"expert"}};
 
 struct Look {
     const char* id;
     std::string color;
-    int underlining = 0;
-    int overline = 0;
-    int strikethrough = 0;
-    int changeBar = 0;
+    int underlining = 0, overline = 0, strikethrough = 0, changeBar = 0;
 };
 
-void expectLooks(World& world, Handle doc, const std::vector<Look>& looks) {
+// Colours the document from `start` (its root if 0) with the active scheme, and compares the looks.
+void colourAndCompare(World& world, Handle doc, const std::vector<Look>& looks, const char* start = nullptr,
+                      int walkOn = 1) {
+    std::string missing;
+    ResolveRuleColors(world.host, world.state, doc, missing);
+    Handle from = start ? elementById(world.host, doc, start)
+                        : world.host.highestLevelElement(doc, world.host.mainFlow(doc));
+    EXPECT_EQ(ColorElementTree(world.host, world.state, doc, from, 13, walkOn, 0), 1);
     for (const Look& look : looks) {
         SCOPED_TRACE(look.id);
         Handle element = elementById(world.host, doc, look.id);
-        TextLocation at{element, 0};
+        auto property = [&](TextProperty p) { return world.host.textProperty(doc, TextLocation{element, 0}, p); };
         EXPECT_EQ(colorAt(world.host, doc, element), look.color);
-        EXPECT_EQ(world.host.textProperty(doc, at, TextProperty::Underlining), look.underlining);
-        EXPECT_EQ(world.host.textProperty(doc, at, TextProperty::Overline), look.overline);
-        EXPECT_EQ(world.host.textProperty(doc, at, TextProperty::Strikethrough), look.strikethrough);
-        EXPECT_EQ(world.host.textProperty(doc, at, TextProperty::ChangeBar), look.changeBar);
+        EXPECT_EQ(property(TextProperty::Underlining), look.underlining);
+        EXPECT_EQ(property(TextProperty::Overline), look.overline);
+        EXPECT_EQ(property(TextProperty::Strikethrough), look.strikethrough);
+        EXPECT_EQ(property(TextProperty::ChangeBar), look.changeBar);
     }
 }
 
@@ -72,49 +46,34 @@ TEST(ColoringEngine, RulesColourTheTextAsUsersExpect) {
         std::vector<Look> looks;
     };
     const std::vector<Case> cases = {
-        {"a child's own rule wins over its part of the parent's colour",
-         {rule("Red", {{"audience", {"novice"}}}), rule("Blue", {{"audience", {"expert"}}})},
-         false,
-         {{"ch", "Red"}, {"p1", "Blue"}, {"p2", "Red"}}},
+        {"a child's own rule wins over its part of the parent's colour; style 6",
+         {{"Red", {kNovice}}, {"Blue", {kExpert}, 6}}, false,
+         {{"ch", "Red"}, {"p1", "Blue", kNumericUnderline}, {"p2", "Red"}}},
         {"an override rule on the parent keeps the children in its colour",
-         {rule("Red", {{"audience", {"novice"}}}, 0, 1), rule("Blue", {{"audience", {"expert"}}})},
-         false,
-         {{"ch", "Red"}, {"p1", "Red"}, {"p2", "Red"}}},
-        {"the first matching rule is the only one applied",
-         {rule("Green", {{"audience", {"expert"}}}, 2), rule("Blue", {{"audience", {"expert"}}}, 1)},
-         false,
+         {{"Red", {kNovice}, 0, 0, 1}, {"Blue", {kExpert}}}, false, {{"ch", "Red"}, {"p1", "Red"}, {"p2", "Red"}}},
+        {"the first matching rule is the only one applied; style 2",
+         {{"Green", {kExpert}, 2}, {"Blue", {kExpert}, 1}}, false,
          {{"ch", "Black"}, {"p1", "Green", 0, 0, 1}, {"p2", "Black"}}},
-        {"<refresh EDD> gives the element its definition's formatting, then its style",
-         {rule("<refresh EDD>", {{"audience", {"expert"}}}, 1)},
-         true,
-         {{"p1", "Black", 0, 1}, {"p2", "Magenta"}}},
-        {"<skip> leaves the colour and applies the style",
-         {rule("<skip>", {{"audience", {"expert"}}}, 3)},
-         true,
+        {"<refresh EDD> gives the element its definition's formatting, then its style 1",
+         {{"<refresh EDD>", {kExpert}, 1}}, true, {{"p1", "Black", 0, 1}, {"p2", "Magenta"}}},
+        {"<skip> leaves the colour and applies style 3", {{"<skip>", {kExpert}, 3}}, true,
          {{"p1", "Magenta", kSingleUnderline}, {"p2", "Magenta"}}},
-        {"a colour the document lacks still wins and colours nothing",
-         {rule("Orange", {{"audience", {"expert"}}}, 4), rule("Blue", {{"audience", {"expert"}}})},
-         true,
-         {{"p1", "Magenta", kDoubleUnderline}}},
-        {"styles 5, 6 and 7",
-         {rule("Red", {{"audience", {"novice"}}}, 5), rule("Blue", {{"audience", {"expert"}}}, 7)},
-         false,
+        {"a colour the document lacks still wins and colours nothing; style 4",
+         {{"Orange", {kExpert}, 4}, {"Blue", {kExpert}}}, true, {{"p1", "Magenta", kDoubleUnderline}}},
+        {"style 5 sets a change bar, style 7 both a change bar and numeric underlining",
+         {{"Red", {kNovice}, 5}, {"Blue", {kExpert}, 7}}, false,
          {{"ch", "Red", 0, 0, 0, 1}, {"p1", "Blue", kNumericUnderline, 0, 0, 1}, {"p2", "Red", 0, 0, 0, 1}}},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         World world;
-        Handle doc = chapter(world);
-        useScheme(world, c.rules);
+        Handle doc = world.chapter();
+        world.useScheme(c.rules);
         if (c.handPainted) {
-            paint(world, doc, "p1", "Magenta");
-            paint(world, doc, "p2", "Magenta");
+            world.paint(doc, "p1", "Magenta");
+            world.paint(doc, "p2", "Magenta");
         }
-        std::string missing;
-        ResolveRuleColors(world.host, world.state, doc, missing);
-        Handle root = world.host.highestLevelElement(doc, world.host.mainFlow(doc));
-        EXPECT_EQ(ColorElementTree(world.host, world.state, doc, root, 13, 1, 0), 1);
-        expectLooks(world, doc, c.looks);
+        colourAndCompare(world, doc, c.looks);
     }
 }
 
@@ -149,15 +108,10 @@ TEST(ColoringEngine, WalkCoversTheStartElementAndItsDescendantsOnly) {
             .leaf("Note", {{"id", "p2a"}, {"audience", "note"}}, "b")
             .close()
             .close()
-            .leaf("Chapter", {{"id", "after"}, {"audience", "all"}}, "after")
-            .close();
+            .leaf("Chapter", {{"id", "after"}, {"audience", "all"}}, "after");
         Handle doc = b.build(world.host, world.hostPath("book.xml"));
-        useScheme(world, {rule("Red", {{"audience", {"all"}}}), rule("Blue", {{"audience", {"note"}}})});
-        std::string missing;
-        ResolveRuleColors(world.host, world.state, doc, missing);
-        Handle start = elementById(world.host, doc, c.start);
-        EXPECT_EQ(ColorElementTree(world.host, world.state, doc, start, 13, c.walkOn, 0), 1);
-        expectLooks(world, doc, c.looks);
+        world.useScheme({{"Red", {{"audience", {"all"}}}}, {"Blue", {{"audience", {"note"}}}}});
+        colourAndCompare(world, doc, c.looks, c.start, c.walkOn);
     }
 }
 
@@ -170,17 +124,10 @@ TEST(ColoringEngine, CellsAndFootnotesInheritInADocument) {
         .text("intro ")
         .leaf("entry", {{"id", "cell"}, {"platform", "linux"}}, "cell")
         .leaf("fn", {{"id", "note"}, {"platform", "linux"}}, "note")
-        .leaf("Para", {{"id", "para"}, {"platform", "linux"}}, "para")
-        .close();
+        .leaf("Para", {{"id", "para"}, {"platform", "linux"}}, "para");
     Handle doc = b.build(world.host, world.hostPath("cells.xml"));
-    RuleSpec both = rule("Red", {{"platform", {"linux"}}, {"audience", {"novice"}}});
-    both.matchAll = 1;
-    useScheme(world, {both});
-    std::string missing;
-    ResolveRuleColors(world.host, world.state, doc, missing);
-    Handle root = world.host.highestLevelElement(doc, world.host.mainFlow(doc));
-    EXPECT_EQ(ColorElementTree(world.host, world.state, doc, root, 13, 1, 0), 1);
-    expectLooks(world, doc, {{"ch", "Black"}, {"cell", "Red"}, {"note", "Red"}, {"para", "Black"}});
+    world.useScheme({{"Red", {{"platform", {"linux"}}, kNovice}, 0, 1}});
+    colourAndCompare(world, doc, {{"ch", "Black"}, {"cell", "Red"}, {"note", "Red"}, {"para", "Black"}});
 }
 
 }  // namespace

@@ -3,7 +3,6 @@
 // and the dialog shown before a colouring.
 #include "coloring/ColoringMenu.h"
 #include "editors/ActiveSchemeDialog.h"
-#include "frame/Dialogs.h"
 #include "plugin/DialogDispatch.h"
 #include "schemes/SchemeWorld.h"
 
@@ -12,104 +11,70 @@
 namespace voka::testing {
 namespace {
 
+using Texts = std::vector<std::string>;
 constexpr const char* kDialog = "br_Dialog_2DDown_wChkBox";
 constexpr int kCategories = 3, kSchemeLabel = 4, kSchemes = 6, kCheck = 7, kOk = 9, kCancel = 10;
 
-// Hands the dialog's events to the plug-in's dispatcher, as the host would.
-class DialogEvents : public Client {
-public:
-    DialogEvents(Host& host, PluginState& state) : host_(host), state_(state) {}
+// A world whose host hands the dialog's events to the plug-in's dispatcher.
+struct DialogWorld : World, Client {
+    DialogWorld() {
+        host.attachClient(this);
+        installActiveSchemeDialog(state);
+    }
     void initialize(int) override {}
     void command(int) override {}
     void notify(int, Handle, const std::string&, int) override {}
-    void dialogEvent(int dialogNumber, int item, int modifiers) override {
-        dispatchDialogEvent(host_, state_, dialogNumber, item, modifiers);
+    void dialogEvent(int dialog, int item, int modifiers) override {
+        dispatchDialogEvent(host, state, dialog, item, modifiers);
     }
-
-private:
-    Host& host_;
-    PluginState& state_;
 };
 
-RuleSpec redForExperts() {
-    RuleSpec r;
-    r.color = "Red";
-    r.conditions = {{"audience", {"expert"}}};
-    return r;
-}
-
-std::vector<CategorySpec> settings() {
-    return {
-        {"Manuals", {{"Print", {redForExperts()}, {}}, {"Screen", {redForExperts()}, {}}}, {"Strict", "Loose"}},
-        {"Web", {{"Online", {}, {}}, {"Screen", {redForExperts()}, {}}}, {}},
-        {"Empty", {}, {}},
-    };
-}
-
-struct Fixture {
-    Fixture() : events(world.host, world.state) {
-        world.host.attachClient(&events);
-        installActiveSchemeDialog(world.state);
-    }
-    World world;
-    DialogEvents events;
+const std::vector<CategorySpec> kSettings = {
+    {"Manuals", {{"Print", {kRedForExperts}}, {"Screen", {kRedForExperts}}}, {"Strict", "Loose"}},
+    {"Web", {{"Online"}, {"Screen", {kRedForExperts}}}},
+    {"Empty"},
 };
-
-std::vector<std::string> strings(std::initializer_list<const char*> list) { return {list.begin(), list.end()}; }
+const Texts kSchemesOf[] = {{"Print", "Screen"}, {"Online", "Screen"}, {"<none>"}};
 
 TEST(ActiveSchemeDialog, OpensOnTheActiveChoicesAndKeepsWhatOkChose) {
     struct Case {
         const char* what;
-        std::string category;  // active before
-        std::string scheme;
-        int pickCategory;  // -1: leave
-        int pickScheme;
-        int button;
-        int result;
-        // Shown when the dialog opens, and shown after the pick.
-        int openedCategory;
-        std::vector<std::string> openedSchemes;
-        int openedScheme;
-        std::vector<std::string> pickedSchemes;
-        int pickedScheme;
-        // Active afterwards.
+        std::string category, scheme;  // active before
+        int pickCategory, pickScheme;  // -1: leave
+        int button, result;
+        int openedCategory, openedScheme, pickedScheme;  // shown on opening, and after the picks
         std::string categoryAfter, schemeAfter;
     };
     const std::vector<Case> cases = {
-        {"OK keeps the shown choice and loads it", "Manuals", "Screen", -1, -1, kOk, 1, 0, strings({"Print", "Screen"}),
-         1, strings({"Print", "Screen"}), 1, "Manuals", "Screen"},
-        {"another scheme of the same category", "Manuals", "Screen", -1, 0, kOk, 1, 0, strings({"Print", "Screen"}), 1,
-         strings({"Print", "Screen"}), 0, "Manuals", "Print"},
-        {"a deleted category opens on the first", "Gone", "Screen", -1, -1, kCancel, 0, 0,
-         strings({"Print", "Screen"}), 1, strings({"Print", "Screen"}), 1, "Manuals", "Screen"},
+        {"OK keeps the shown choice and loads it", "Manuals", "Screen", -1, -1, kOk, 1, 0, 1, 1, "Manuals", "Screen"},
+        {"another scheme of the same category", "Manuals", "Screen", -1, 0, kOk, 1, 0, 1, 0, "Manuals", "Print"},
+        {"a deleted category opens on the first", "Gone", "Screen", -1, -1, kCancel, 0, 0, 1, 1, "Manuals", "Screen"},
         {"a new category keeps the current scheme when it has one of that name", "Manuals", "Screen", 1, -1, kOk, 1,
-         0, strings({"Print", "Screen"}), 1, strings({"Online", "Screen"}), 1, "Web", "Screen"},
-        {"a new category without that scheme shows its first", "Manuals", "Print", 1, -1, kOk, 1, 0,
-         strings({"Print", "Screen"}), 0, strings({"Online", "Screen"}), 0, "Web", "Online"},
-        {"a category without schemes shows <none>, which loads nothing", "Manuals", "Print", 2, -1, kOk, 3, 0,
-         strings({"Print", "Screen"}), 0, strings({"<none>"}), 0, "Empty", "<none>"},
-        {"Cancel changes nothing", "Web", "Online", 0, 1, kCancel, 0, 1, strings({"Online", "Screen"}), 0,
-         strings({"Print", "Screen"}), 1, "Web", "Online"},
+         0, 1, 1, "Web", "Screen"},
+        {"a new category without that scheme shows its first", "Manuals", "Print", 1, -1, kOk, 1, 0, 0, 0, "Web",
+         "Online"},
+        {"a category without schemes shows <none>, which loads nothing", "Manuals", "Print", 2, -1, kOk, 3, 0, 0, 0,
+         "Empty", "<none>"},
+        {"Cancel changes nothing", "Web", "Online", 0, 1, kCancel, 0, 1, 0, 1, "Web", "Online"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        Fixture f;
-        World& world = f.world;
-        world.holdMainSettings(settings());
+        DialogWorld world;
+        world.holdMainSettings(kSettings);
         world.state.active.category = c.category;
         world.state.active.coloringScheme = c.scheme;
         world.user.onDialog(kDialog, [&](headless::DialogUser& d) {
             EXPECT_EQ(d.title(), "Set Active Coloring Scheme");
             EXPECT_EQ(d.label(1), "Scheme category");
-            EXPECT_EQ(d.labels(kCategories), strings({"Manuals", "Web", "Empty"}));
+            EXPECT_EQ(d.labels(kCategories), (Texts{"Manuals", "Web", "Empty"}));
             EXPECT_EQ(d.state(kCategories), c.openedCategory);
             EXPECT_EQ(d.label(kSchemeLabel), "Coloring scheme");
-            EXPECT_EQ(d.labels(kSchemes), c.openedSchemes);
+            EXPECT_EQ(d.labels(kSchemes), kSchemesOf[c.openedCategory]);
             EXPECT_EQ(d.state(kSchemes), c.openedScheme);
             EXPECT_EQ(d.label(kCheck), "Show this dialog before coloring actions");
             if (c.pickCategory >= 0) d.choose(kCategories, c.pickCategory);
             if (c.pickScheme >= 0) d.choose(kSchemes, c.pickScheme);
-            EXPECT_EQ(d.labels(kSchemes), c.pickedSchemes);
+            EXPECT_EQ(d.labels(kSchemes), kSchemesOf[c.pickCategory >= 0 ? c.pickCategory : c.openedCategory]);
             EXPECT_EQ(d.state(kSchemes), c.pickedScheme);
             d.press(c.button);
         });
@@ -118,16 +83,15 @@ TEST(ActiveSchemeDialog, OpensOnTheActiveChoicesAndKeepsWhatOkChose) {
         EXPECT_EQ(world.state.active.category, c.categoryAfter);
         EXPECT_EQ(world.state.active.coloringScheme, c.schemeAfter);
         EXPECT_EQ(world.state.coloring.loaded, c.result == 1 && c.schemeAfter != "Online");
-        EXPECT_EQ(world.shown(), std::vector<std::string>{});
+        EXPECT_EQ(world.shown(), Texts{});
     }
 }
 
 // The check box starts from the colouring flag for both kinds; the validation
 // dialog stores it into the validation flag.
 TEST(ActiveSchemeDialog, CheckBoxStartsFromTheColouringFlag) {
-    Fixture f;
-    World& world = f.world;
-    world.holdMainSettings(settings());
+    DialogWorld world;
+    world.holdMainSettings(kSettings);
     world.state.active.category = "Manuals";
     world.state.active.validationScheme = "Loose";
     world.state.schemeDialog.showBeforeColoring = 0;
@@ -139,7 +103,7 @@ TEST(ActiveSchemeDialog, CheckBoxStartsFromTheColouringFlag) {
     world.user.onDialog(kDialog, [&](headless::DialogUser& d) {
         EXPECT_EQ(d.title(), "Set Active Validation Scheme");
         EXPECT_EQ(d.label(kSchemeLabel), "Validation scheme");
-        EXPECT_EQ(d.labels(kSchemes), strings({"Strict", "Loose"}));
+        EXPECT_EQ(d.labels(kSchemes), (Texts{"Strict", "Loose"}));
         EXPECT_EQ(d.state(kSchemes), 1);
         EXPECT_EQ(d.label(kCheck), "Show this dialog before validation actions");
         EXPECT_EQ(d.state(kCheck), 0);
@@ -155,35 +119,30 @@ TEST(ActiveSchemeDialog, CheckBoxStartsFromTheColouringFlag) {
 TEST(ActiveSchemeDialog, OpensTheLocalCopyWhenNothingIsHeld) {
     for (bool present : {true, false}) {
         SCOPED_TRACE(present ? "local copy present" : "local copy missing");
-        Fixture f;
-        World& world = f.world;
+        DialogWorld world;
         world.state.paths.localCopy = world.hostPath("local.fm");
-        if (present) world.saveMainSettings(settings(), "local.fm");
         world.state.active.category = "Manuals";
         world.state.active.coloringScheme = "Print";
-        if (present) world.user.onDialog(kDialog, [](headless::DialogUser& d) { d.press(kOk); });
+        if (present) {
+            world.saveMainSettings(kSettings, "local.fm");
+            world.user.onDialog(kDialog, [](headless::DialogUser& d) { d.press(kOk); });
+        }
 
         EXPECT_EQ(showActiveSchemeDialog(world.host, world.state, 17), present ? 1 : 0);
         EXPECT_EQ(world.state.mainSettingsDoc, kNoObject);  // released again
         EXPECT_EQ(world.state.cancel, present ? 0 : 1);
-        std::vector<std::string> expected;
-        if (!present) {
-            expected.push_back(prefixed(
-                " Could not open the main settings document. Check to make sure the path specified in your "
-                "preferences is correct. If it is, another user may have it open, or you may be having network "
-                "problems.\n\nThis operation will be aborted. If the problem persists, please obtain technical "
-                "support."));
-        }
-        EXPECT_EQ(world.shown(), expected);
+        EXPECT_EQ(world.shown(), present ? Texts{} : Texts{prefixed(
+            " Could not open the main settings document. Check to make sure the path specified in your "
+            "preferences is correct. If it is, another user may have it open, or you may be having network "
+            "problems.\n\nThis operation will be aborted. If the problem persists, please obtain technical "
+            "support.")});
     }
 }
 
 TEST(ActiveSchemeDialog, ShownBeforeColouringWhenAskedFor) {
     struct Case {
         const char* what;
-        int showBefore;
-        int button;
-        int result;
+        int showBefore, button, result;
         const char* p1Color;
     };
     const std::vector<Case> cases = {
@@ -193,12 +152,9 @@ TEST(ActiveSchemeDialog, ShownBeforeColouringWhenAskedFor) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        Fixture f;
-        World& world = f.world;
-        headless::TreeBuilder b;
-        b.open("Chapter").leaf("Para", {{"id", "p1"}, {"audience", "expert"}}, "text").close();
-        Handle doc = b.build(world.host, world.hostPath("chapter.xml"));
-        world.holdMainSettings(settings());
+        DialogWorld world;
+        Handle doc = world.chapter();
+        world.holdMainSettings(kSettings);
         ASSERT_EQ(world.activate("Web", "Online"), 1);  // colours nothing
         world.state.schemeDialog.showBeforeColoring = c.showBefore;
         if (c.showBefore) {
@@ -210,7 +166,7 @@ TEST(ActiveSchemeDialog, ShownBeforeColouringWhenAskedFor) {
             });
         }
         EXPECT_EQ(colorCommandForMenu(world.host, world.state, 6), c.result);
-        EXPECT_EQ(colorAt(world.host, doc, elementById(world.host, doc, "p1")), c.p1Color);
+        EXPECT_EQ(world.colorOf(doc, "p1"), c.p1Color);
     }
 }
 

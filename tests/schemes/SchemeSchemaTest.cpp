@@ -13,15 +13,12 @@ namespace {
 
 TEST(SchemeSchema, RenumberingRewritesEveryPrefix) {
     World world;
-    SchemeSpec scheme{"Print", {}, {}};
+    SchemeSpec scheme{"Print"};
     // Whatever three characters stand in front are replaced: placeholders,
     // copies that kept their old number, a migrated rule.
-    const std::vector<std::string> stored = {"yo!Red",  "3  Blue", "Hi!Green", "12 Cyan", "1  Red_COPY", "5  A",
-                                             "6  B",    "7  C",    "8  D",      "9  E",    "1  F",          "2  G"};
-    for (const std::string& name : stored) {
-        RuleSpec rule;
-        rule.storedName = name;
-        scheme.rules.push_back(rule);
+    for (const char* name : {"yo!Red", "3  Blue", "Hi!Green", "12 Cyan", "1  Red_COPY", "5  A", "6  B", "7  C",
+                             "8  D", "9  E", "1  F", "2  G"}) {
+        scheme.rules.push_back({.storedName = name});
     }
     Handle doc = world.holdMainSettings({{"Manuals", {scheme}, {}}});
     Handle schemeElement = findScheme(world.host, world.state, doc, "Manuals", SchemeKind::Coloring, "Print");
@@ -31,9 +28,7 @@ TEST(SchemeSchema, RenumberingRewritesEveryPrefix) {
     std::vector<std::string> names;
     for (Handle rule = world.host.firstChild(doc, schemeElement); rule != kNoObject;
          rule = world.host.nextSibling(doc, rule)) {
-        std::string name;
-        readString(world.host, world.state, doc, rule, kAttrName, name);
-        names.push_back(name);
+        readString(world.host, world.state, doc, rule, kAttrName, names.emplace_back());
     }
     EXPECT_EQ(names, (std::vector<std::string>{"1  Red", "2  Blue", "3  Green", "4  Cyan", "5  Red_COPY", "6  A",
                                                "7  B", "8  C", "9  D", "10 E", "11 F", "12 G"}));
@@ -47,29 +42,10 @@ constexpr const char* kNotMainSettings =
     "incomplete. A file such as this is likely to crash this software, so it cannot be used.\n\nPlease check and "
     "fix the file, or select another.";
 
-// A main settings document with parts left out, saved where the user picks it.
-std::string saveSettings(World& world, const std::string& name, bool filterSchemes, bool colorList) {
-    headless::TreeBuilder b;
-    b.open(kTagMainSettings).open(kTagSchemeCategories).open(kTagSchemeCategory, {{kAttrName, "Manuals"}});
-    if (filterSchemes) b.leaf("FilterSchemes");
-    b.leaf("ColoringSchemes").leaf("ValidationSchemes").close().close();
-    if (colorList) b.leaf(kTagColorList);
-    b.leaf(kTagAttributeList);
-    auto built = b.document();
-    built->contentForm = false;
-    const std::string path = world.hostPath(name);
-    Handle doc = world.host.adoptDocument(std::move(built), path);
-    EXPECT_NE(world.host.simpleSave(doc, path, false), kNoObject);
-    world.host.close(doc, kCloseModified);
-    return path;
-}
-
 TEST(SchemeSchema, ChosenFileMustBeAMainSettingsDocument) {
     struct Case {
         const char* what;
-        bool filterSchemes;
-        bool colorList;
-        bool exists;
+        bool filterSchemes, colorList, exists;
         int result;
         const char* message;
     };
@@ -82,9 +58,9 @@ TEST(SchemeSchema, ChosenFileMustBeAMainSettingsDocument) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         World world;
-        std::string path = c.exists ? saveSettings(world, "chosen.fm", c.filterSchemes, c.colorList)
-                                    : world.hostPath("missing.fm");
-        world.user.chooseFileAnswer(path);
+        CategorySpec manuals{"Manuals", {}, {}, true, c.filterSchemes};
+        if (c.exists) world.saveMainSettings({manuals}, "chosen.fm", c.colorList);
+        world.user.chooseFileAnswer(world.hostPath("chosen.fm"));
         EXPECT_EQ(chooseMainSettingsFile(world.host, world.state, kNoObject), c.result);
         std::vector<std::string> expected;
         if (c.message) expected.push_back(prefixed(c.message));

@@ -26,36 +26,40 @@ namespace voka::testing {
 inline constexpr const char* kPrefix = "-- VOKA plugin message --\n\n";
 
 struct ConditionSpec {
-    std::string name;
-    std::vector<std::string> values;
+    std::string name{};
+    std::vector<std::string> values{};
 };
 
 struct RuleSpec {
-    std::string color;  // without the position prefix
+    std::string color{};  // without the position prefix
+    std::vector<ConditionSpec> conditions{};
     int style = 0;
     int matchAll = 0;
     int override = 0;
-    std::vector<ConditionSpec> conditions;
     // Stored as the rule's "Name" instead of the numbered colour; "" leaves the rule without one.
-    std::optional<std::string> storedName;
+    std::optional<std::string> storedName{};
 };
 
+using SchemeOptionValues = std::vector<std::pair<std::string, std::string>>;  // e.g. {"IgnoreCaseSensitivity", "True"}
+
 struct SchemeSpec {
-    std::string name;
-    std::vector<RuleSpec> rules;
-    std::vector<std::pair<std::string, std::string>> options;  // e.g. {"IgnoreCaseSensitivity", "True"}
+    std::string name{};
+    std::vector<RuleSpec> rules{};
+    SchemeOptionValues options{};
 };
 
 struct CategorySpec {
-    std::string name;
-    std::vector<SchemeSpec> coloring;
-    std::vector<std::string> validation;  // scheme names only
+    std::string name{};
+    std::vector<SchemeSpec> coloring{};
+    std::vector<std::string> validation{};  // scheme names only
     bool hasColoringSchemes = true;
+    bool hasFilterSchemes = true;
 };
 
 // Main settings documents are kept in the host's own form, as shipped, so
 // that multi-valued "Values" survive a save and a reopen.
-inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vector<CategorySpec>& categories) {
+inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vector<CategorySpec>& categories,
+                                                                    bool colorList = true) {
     using headless::AttrValue;
     headless::TreeBuilder b;
     auto strings = [](const char* name) { return AttributeDefinition{name, kAttrStrings, 0, {}, {}}; };
@@ -71,7 +75,7 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
     b.open(kTagMainSettings).open(kTagSchemeCategories);
     for (const CategorySpec& category : categories) {
         b.open(kTagSchemeCategory, {{kAttrName, category.name}});
-        b.leaf("FilterSchemes");
+        if (category.hasFilterSchemes) b.leaf("FilterSchemes");
         if (category.hasColoringSchemes) {
             b.open("ColoringSchemes");
             for (const SchemeSpec& scheme : category.coloring) {
@@ -86,8 +90,8 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
                     std::string name = rule.storedName.value_or(ruleNameWithPosition(++position, rule.color));
                     if (!name.empty()) attributes.emplace_back(kAttrName, name);
                     b.open(kTagRule, attributes);
-                    for (const ConditionSpec& condition : rule.conditions) {
-                        b.leaf(kTagAttribute, {{kAttrName, condition.name}, {kAttrValues, condition.values}});
+                    for (const auto& [name, values] : rule.conditions) {
+                        b.leaf(kTagAttribute, {{kAttrName, name}, {kAttrValues, values}});
                     }
                     b.close();
                 }
@@ -97,11 +101,10 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
         }
         b.open("ValidationSchemes");
         for (const std::string& name : category.validation) b.leaf(kTagScheme, {{kAttrName, name}});
-        b.close();
-        b.close();
+        b.close().close();
     }
     b.close();
-    b.leaf(kTagColorList, {{kAttrNames, std::vector<std::string>{"Red", "Blue"}}});
+    if (colorList) b.leaf(kTagColorList, {{kAttrNames, std::vector<std::string>{"Red", "Blue"}}});
     b.leaf(kTagAttributeList);
     auto doc = b.document();
     doc->contentForm = false;
@@ -109,19 +112,14 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
 }
 
 // The first element in document order whose "id" is `id`, or 0.
-inline Handle elementById(Host& host, Handle doc, const std::string& id) {
-    Handle root = host.highestLevelElement(doc, host.mainFlow(doc));
-    std::vector<Handle> pending{root};
-    while (!pending.empty()) {
-        Handle element = pending.back();
-        pending.pop_back();
-        if (element == kNoObject) continue;
-        for (const Attribute& attribute : host.attributes(doc, element)) {
-            if (attribute.name == "id" && !attribute.values.empty() && attribute.values.front() == id) return element;
-        }
-        std::vector<Handle> children;
-        for (Handle c = host.firstChild(doc, element); c != kNoObject; c = host.nextSibling(doc, c)) children.push_back(c);
-        pending.insert(pending.end(), children.rbegin(), children.rend());
+inline Handle elementById(Host& host, Handle doc, const std::string& id, Handle from = kNoObject) {
+    if (from == kNoObject) from = host.highestLevelElement(doc, host.mainFlow(doc));
+    if (from == kNoObject) return kNoObject;
+    for (const Attribute& attribute : host.attributes(doc, from)) {
+        if (attribute.name == "id" && attribute.values == std::vector<std::string>{id}) return from;
+    }
+    for (Handle c = host.firstChild(doc, from); c != kNoObject; c = host.nextSibling(doc, c)) {
+        if (Handle found = elementById(host, doc, id, c); found != kNoObject) return found;
     }
     return kNoObject;
 }
@@ -143,8 +141,6 @@ public:
         std::error_code ignored;
         std::filesystem::remove_all(folder, ignored);
     }
-    World(const World&) = delete;
-    World& operator=(const World&) = delete;
 
     // Saves a main settings document with these categories as `name` and
     // holds it open invisibly, as a command would; the active document stays.
@@ -157,12 +153,13 @@ public:
         return state.mainSettingsDoc;
     }
 
-    void saveMainSettings(const std::vector<CategorySpec>& categories, const std::string& name) {
+    void saveMainSettings(const std::vector<CategorySpec>& categories, const std::string& name,
+                          bool colorList = true) {
         // Whichever window was in front stays in front.
         Handle activeDoc = host.activeDocument();
         Handle activeBook = host.activeBook();
         const std::string path = hostPath(name);
-        Handle built = host.adoptDocument(mainSettingsDocument(categories), path);
+        Handle built = host.adoptDocument(mainSettingsDocument(categories, colorList), path);
         EXPECT_NE(host.simpleSave(built, path, false), kNoObject);
         host.close(built, kCloseModified);
         if (activeDoc != kNoObject) host.setActiveDocument(activeDoc);
@@ -174,6 +171,40 @@ public:
         state.active.category = category;
         state.active.coloringScheme = scheme;
         return ReadColoringScheme(host, state, category, scheme, 0);
+    }
+
+    // Holds a main settings document with this one scheme and makes it active.
+    void useScheme(std::vector<RuleSpec> rules, const std::string& name = "Print", SchemeOptionValues options = {}) {
+        holdMainSettings({{"Manuals", {{name, std::move(rules), std::move(options)}}}});
+        ASSERT_EQ(activate("Manuals", name), 1);
+    }
+
+    // Chapter ch (novice) "intro " > Para p1 (expert) "expert text", Para p2 (empty) "plain text".
+    Handle chapter(const std::string& name = "chapter.xml", bool withOrange = false) {
+        headless::TreeBuilder b;
+        if (withOrange) b.color("Orange", "#FFA500");
+        b.define("Para", kElementContainer, {{"id", kAttrString, 0, {}, {}}, {"audience", kAttrString, 0, {}, {}}});
+        b.open("Chapter", {{"id", "ch"}, {"audience", "novice"}})
+            .text("intro ")
+            .leaf("Para", {{"id", "p1"}, {"audience", "expert"}}, "expert text")
+            .leaf("Para", {{"id", "p2"}}, "plain text")
+            .close();
+        return b.build(host, hostPath(name));
+    }
+
+    Handle book(const std::vector<std::string>& chapters) {
+        auto made = std::make_unique<headless::Book>();
+        for (const std::string& name : chapters) made->components.push_back({hostPath(name), {}, 0, true});
+        return host.adoptBook(std::move(made), hostPath("manual.book"));
+    }
+
+    std::string colorOf(Handle doc, const char* id) { return colorAt(host, doc, elementById(host, doc, id)); }
+
+    // Colours (and optionally strikes through) an element's text by hand.
+    void paint(Handle doc, const char* id, const char* color, int strikethrough = 0) {
+        TextRange range = host.elementTextRange(doc, elementById(host, doc, id));
+        host.setTextProperty(doc, range, TextProperty::Color, static_cast<int>(host.namedObject(doc, kColorObject, color)));
+        if (strikethrough) host.setTextProperty(doc, range, TextProperty::Strikethrough, 1);
     }
 
     std::string hostPath(const std::string& name) const { return headless::toHostPath((folder / name).string()); }
@@ -201,5 +232,7 @@ private:
 };
 
 inline std::string prefixed(const std::string& text) { return kPrefix + text; }
+
+inline const RuleSpec kRedForExperts{"Red", {{"audience", {"expert"}}}};
 
 }  // namespace voka::testing
