@@ -32,22 +32,18 @@ TEST(ColoringCommands, ResultCodesAndWhatTheUserIsTold) {
     const std::vector<Case> cases = {
         {"Color Document while a book window is active does nothing, silently", {.book = true}, 13, 1, 1, 1, 0, {},
          "Black"},
-        {"Uncolor Document while a book window is active does nothing", {.book = true}, 15, 0, 1, 0, 0, {}, "Black"},
         {"nothing open", {.chapter = false}, 13, 1, 1, 1, 102, {prefixed("No active book or document. Cannot color.")},
          nullptr},
         {"nothing open is told even when not interactive", {.chapter = false}, 15, 0, 1, 0, 102,
          {prefixed("No active book or document. Cannot color.")}, nullptr},
         {"no active scheme", {.scheme = false}, 13, 1, 1, 1, 104, {prefixed("Cannot color - no active coloring scheme.")},
          "Black"},
-        {"uncolouring without an active scheme does nothing and says nothing", {.scheme = false}, 15, 0, 1, 0, 104,
-         {}, "Black"},
         {"no structure in the main flow", {.chapter = false, .structureless = true}, 13, 1, 1, 1, 105,
          {prefixed("No structure found in the main flow. Cannot apply color.")}, nullptr},
         {"colouring a selection with only a book open", {.chapter = false, .book = true}, 10, 1, 1, 1, 102,
          {prefixed("No active document. Cannot color.")}, nullptr},
         {"colouring a selection with nothing selected", {}, 10, 1, 1, 1, 103,
          {prefixed("No element selection or insertion point. Cannot color.")}, "Black"},
-        {"colouring a book", {.book = true}, 14, 1, 1, 1, 1, {kBookDone}, "Red"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);

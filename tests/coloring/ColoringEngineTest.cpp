@@ -30,7 +30,7 @@ void colourAndCompare(World& world, Handle doc, const std::vector<Look>& looks, 
         SCOPED_TRACE(look.id);
         Handle element = elementById(world.host, doc, look.id);
         auto property = [&](TextProperty p) { return world.host.textProperty(doc, TextLocation{element, 0}, p); };
-        EXPECT_EQ(colorAt(world.host, doc, element), look.color);
+        EXPECT_EQ(world.colorOf(doc, look.id), look.color);
         EXPECT_EQ(property(TextProperty::Underlining), look.underlining);
         EXPECT_EQ(property(TextProperty::Overline), look.overline);
         EXPECT_EQ(property(TextProperty::Strikethrough), look.strikethrough);

@@ -124,12 +124,6 @@ inline Handle elementById(Host& host, Handle doc, const std::string& id, Handle 
     return kNoObject;
 }
 
-// The name of the colour shown at `offset` bytes into the element's text.
-inline std::string colorAt(Host& host, Handle doc, Handle element, int offset = 0) {
-    int color = host.textProperty(doc, TextLocation{element, offset}, TextProperty::Color);
-    return host.objectName(doc, static_cast<Handle>(color));
-}
-
 class World {
 public:
     World()
@@ -198,7 +192,11 @@ public:
         return host.adoptBook(std::move(made), hostPath("manual.book"));
     }
 
-    std::string colorOf(Handle doc, const char* id) { return colorAt(host, doc, elementById(host, doc, id)); }
+    // The name of the colour shown at the start of the element's text.
+    std::string colorOf(Handle doc, const char* id) {
+        TextLocation at{elementById(host, doc, id), 0};
+        return host.objectName(doc, static_cast<Handle>(host.textProperty(doc, at, TextProperty::Color)));
+    }
 
     // Colours (and optionally strikes through) an element's text by hand.
     void paint(Handle doc, const char* id, const char* color, int strikethrough = 0) {
