@@ -1,6 +1,5 @@
 // The content form: any XML instance read into the model and written back
 // in its own vocabulary, with what plain XML cannot carry kept beside it.
-#include "SampleDocuments.h"
 #include "TestFiles.h"
 #include "host/headless/Editing.h"
 #include "support/ModelEquality.h"
@@ -9,12 +8,9 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <optional>
 
 namespace voka::test {
 namespace {
-
-using namespace voka::headless;
 
 // The tag's kind and its attributes as "name:kind|choice=default!flags ", "?" when undefined.
 std::string definitionSummary(const Document& doc, const std::string& tag) {
@@ -58,9 +54,6 @@ TEST(ContentForm, DefinitionsComeFromTheDtdOrTheInstance) {
          "spare", kind(kElementContainer)},
         {"a CALS table cell", "<doc><table><tgroup><tbody><row><entry/></row></tbody></tgroup></table></doc>", "entry",
          kind(kElementTableCell)},
-        {"a DITA simple table heading", "<doc><simpletable><sthead/></simpletable></doc>", "sthead",
-         kind(kElementTableHeading)},
-        {"a cross-reference", "<doc><xref href='a.xml'/></doc>", "xref", kind(kElementXRef, "href:0 ")},
         {"a caption inside a table is its title", "<doc><table><caption/><tr/></table></doc>", "caption",
          kind(kElementTableTitle)},
         {"a title that also heads sections stays a container", "<doc><title/><table><title/></table></doc>", "title",
@@ -220,17 +213,15 @@ TEST(ContentForm, DtdAndEntitiesResolveThroughTheCatalog) {
                  "</catalog>\n");
     // Catalogs are read once per process: this test brings its own, then resets them.
     const char* old = std::getenv("XML_CATALOG_FILES");
-    const std::optional<std::string> oldFiles = old ? std::optional<std::string>(old) : std::nullopt;
+    const std::string oldFiles = old ? old : "";
     ::setenv("XML_CATALOG_FILES", folder.file("catalog.xml").c_str(), 1);
     xmlCatalogCleanup();
     LoadResult loaded = loadFile(folder.write(
         "topic.xml",
         "<!DOCTYPE topic PUBLIC \"-//LARK//DTD Topic//EN\" \"http://lark.example/topic.dtd\" "
         "[<!ENTITY legal SYSTEM \"http://lark.example/legal.xml\">]><topic>&legal;</topic>"));
-    if (oldFiles) ::setenv("XML_CATALOG_FILES", oldFiles->c_str(), 1);
-    else ::unsetenv("XML_CATALOG_FILES");
+    old ? ::setenv("XML_CATALOG_FILES", oldFiles.c_str(), 1) : ::unsetenv("XML_CATALOG_FILES");
     xmlCatalogCleanup();
-
     ASSERT_TRUE(loaded.document) << loaded.error;
     EXPECT_TRUE(loaded.warnings.empty()) << loaded.warnings.front();
     EXPECT_EQ(definitionSummary(*loaded.document, "topic"), kind(kElementContainer, "audience:0=everyone "));

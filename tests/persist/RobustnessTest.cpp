@@ -2,7 +2,6 @@
 // (cut short, bytes flipped, markup characters inserted, stretches dropped
 // or repeated): it never crashes or hangs, gives a document or an error,
 // never both, and what it does load can be saved and read again.
-#include "SampleDocuments.h"
 #include "TestFiles.h"
 
 #include <cstdio>
@@ -10,8 +9,6 @@
 
 namespace voka::test {
 namespace {
-
-using namespace voka::headless;
 
 const char* kContentSeed =
     "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"

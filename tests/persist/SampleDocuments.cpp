@@ -1,9 +1,7 @@
-#include "SampleDocuments.h"
+
+#include "TestFiles.h"
 
 namespace voka::test {
-
-using namespace voka::headless;
-
 Index buildTree(Document& doc, std::uint16_t flow, const ElementSpec& spec, Index parent) {
     const Index definition = doc.definitionFor(spec.tag);
     const Index index = doc.appendElement(definition, parent, flow);
@@ -21,7 +19,6 @@ Index buildTree(Document& doc, std::uint16_t flow, const ElementSpec& spec, Inde
     return index;
 }
 
-
 Index elementAt(const Document& doc, std::uint16_t flow, std::vector<int> path) {
     Index e = doc.flows[flow].root;
     for (int step : path) {
@@ -36,8 +33,7 @@ std::unique_ptr<Document> richDocument() {
     doc->contentForm = false;
     doc->ensureStandardCatalogue();
     doc->colors.push_back(Color{"Orange", "#FF8000"});
-    doc->conditions.push_back(ConditionFormat{"Hidden", false});
-    doc->conditions.push_back(ConditionFormat{"Draft", true});
+    doc->conditions = {ConditionFormat{"Hidden", false}, ConditionFormat{"Draft", true}};
     doc->showAll = false;
     doc->markerTypes.push_back("Index");
 
@@ -57,28 +53,13 @@ std::unique_ptr<Document> richDocument() {
     doc->flows[0].main = true;
     doc->flows[1].name = "Sidebar";
 
-    ElementSpec chapter{
-        "Chapter",
-        {{"Audience", {"novice", "expert"}}, {"Id", {"c1"}}},
-        "Intro <&> \"quoted\" 'single'\ttab\r\nline ",
-        {
-            {"Para", {{"Names", {"Red", "Blue"}}, {"Empty", {""}}}, "caf\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80", {}, "  "},
-            {"Table",
-             {},
-             "",
-             {{"TableTitle", {}, "Sizes", {}, ""},
-              {"Body",
-               {},
-               "",
-               {{"Row", {}, "", {{"Cell", {}, "small", {}, ""}, {"Cell", {}, "", {}, ""}}, ""},
-                {"Row", {}, "", {{"Cell", {}, "large", {}, ""}}, ""}},
-               ""}},
-             "\n"},
-            {"Para", {}, "see ", {{"Footnote", {}, "a note", {}, ""}, {"Para", {}, "", {}, ""}}, " end"},
-        },
-        "",
-    };
-    buildTree(*doc, 0, chapter);
+    const std::vector<ElementSpec> rows{{"Row", {}, "", {{"Cell", {}, "small", {}, ""}, {"Cell", {}, "", {}, ""}}, ""},
+                                        {"Row", {}, "", {{"Cell", {}, "large", {}, ""}}, ""}};
+    const ElementSpec table{"Table", {}, "", {{"TableTitle", {}, "Sizes", {}, ""}, {"Body", {}, "", rows, ""}}, "\n"};
+    const ElementSpec para{"Para", {{"Names", {"Red", "Blue"}}, {"Empty", {""}}}, "caf\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80", {}, "  "};
+    const ElementSpec note{"Para", {}, "see ", {{"Footnote", {}, "a note", {}, ""}, {"Para", {}, "", {}, ""}}, " end"};
+    buildTree(*doc, 0, {"Chapter", {{"Audience", {"novice", "expert"}}, {"Id", {"c1"}}},
+                        "Intro <&> \"quoted\" 'single'\ttab\r\nline ", {para, table, note}, ""});
     buildTree(*doc, 1, ElementSpec{"Sidebar", {{"Audience", {"admin"}}}, "side text", {}, ""});
 
     doc->elements[elementAt(*doc, 0, {1})].titlePosition = 2;

@@ -1,7 +1,6 @@
 #include "TestFiles.h"
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -47,12 +46,6 @@ std::string savedText(const ScratchFolder& folder, const headless::Document& doc
     headless::SaveResult saved = headless::saveDocument(doc, folder.file(name));
     EXPECT_TRUE(saved.ok) << saved.error;
     return readFile(folder.file(name));
-}
-
-std::string testName(const char* text) {
-    std::string name;
-    for (const char* p = text; *p; ++p) name += std::isalnum(static_cast<unsigned char>(*p)) ? *p : '_';
-    return name;
 }
 
 }  // namespace voka::test

@@ -1,15 +1,18 @@
-// Scratch folders, file helpers and case names for the persistence tests.
+// Scratch folders, file helpers and sample documents for the persistence tests.
 #pragma once
 
+#include "host/headless/Model.h"
 #include "host/headless/persist/Persist.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <memory>
 #include <string>
 
 namespace voka::test {
 
+using namespace voka::headless;
 using testing::HasSubstr;
 using testing::Not;
 
@@ -20,13 +23,10 @@ public:
     ScratchFolder();
     ~ScratchFolder();
     ScratchFolder(const ScratchFolder&) = delete;
-    ScratchFolder& operator=(const ScratchFolder&) = delete;
     const std::string& path() const { return path_; }
     std::string file(const std::string& name) const { return path_ + "/" + name; }
-    // Writes `content` to the named file and returns its path.
-    std::string write(const std::string& name, const std::string& content) const;
-    // Names of the files in the folder, sorted, one a line.
-    std::string listing() const;
+    std::string write(const std::string& name, const std::string& content) const;  // returns the path
+    std::string listing() const;  // the files' names, sorted, one a line
 
 private:
     std::string path_;
@@ -35,9 +35,28 @@ private:
 std::string readFile(const std::string& path);
 
 // Saves the document to `name` in the folder and returns what was written.
-std::string savedText(const ScratchFolder& folder, const headless::Document& doc, const std::string& name = "saved.xml");
+std::string savedText(const ScratchFolder& folder, const Document& doc, const std::string& name = "saved.xml");
 
-// A case's name as a test name: letters and digits, the rest as '_'.
-std::string testName(const char* text);
+// An element to build: its text, then each child followed by its tail text.
+struct ElementSpec {
+    std::string tag;
+    std::vector<std::pair<std::string, std::vector<std::string>>> attributes;
+    std::string text;
+    std::vector<ElementSpec> children;
+    std::string tail;
+};
+
+// Appends the tree to the flow, defining tags and attributes as it goes.
+Index buildTree(Document& doc, std::uint16_t flow, const ElementSpec& spec, Index parent = kNil);
+
+// The element reached by following child positions from a flow's root.
+Index elementAt(const Document& doc, std::uint16_t flow, std::vector<int> path);
+
+// A document that uses every feature the model has: typed definitions with
+// choices and defaults, multi-valued and empty attribute values, two flows,
+// format and condition runs, row conditions, condition formats shown and
+// hidden, show-all off, markers, cross-references, an added colour, table
+// title position and begin-adjust, and text that needs escaping.
+std::unique_ptr<Document> richDocument();
 
 }  // namespace voka::test
