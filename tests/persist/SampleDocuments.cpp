@@ -2,16 +2,16 @@
 #include "TestFiles.h"
 
 namespace voka::test {
-Index buildTree(Document& doc, std::uint16_t flow, const ElementSpec& spec, Index parent) {
-    const Index definition = doc.definitionFor(spec.tag);
+Index buildTree(Document& doc, std::uint16_t flow, const ElementNode& node, Index parent) {
+    const Index definition = doc.definitionFor(node.tag);
     const Index index = doc.appendElement(definition, parent, flow);
     std::string& text = doc.flows[flow].text;
     doc.elements[index].begin = static_cast<std::uint32_t>(text.size());
     doc.elements[index].attributesBegin = static_cast<std::uint32_t>(doc.attributeSlots.size());
-    for (const auto& [name, values] : spec.attributes)
+    for (const auto& [name, values] : node.attributes)
         doc.setAttributeValues(index, doc.attributePosition(definition, name), doc.values.intern(values));
-    text += spec.text;
-    for (const ElementSpec& child : spec.children) {
+    text += node.text;
+    for (const ElementNode& child : node.children) {
         buildTree(doc, flow, child, index);
         text += child.tail;
     }
@@ -53,14 +53,14 @@ std::unique_ptr<Document> richDocument() {
     doc->flows[0].main = true;
     doc->flows[1].name = "Sidebar";
 
-    const std::vector<ElementSpec> rows{{"Row", {}, "", {{"Cell", {}, "small", {}, ""}, {"Cell", {}, "", {}, ""}}, ""},
+    const std::vector<ElementNode> rows{{"Row", {}, "", {{"Cell", {}, "small", {}, ""}, {"Cell", {}, "", {}, ""}}, ""},
                                         {"Row", {}, "", {{"Cell", {}, "large", {}, ""}}, ""}};
-    const ElementSpec table{"Table", {}, "", {{"TableTitle", {}, "Sizes", {}, ""}, {"Body", {}, "", rows, ""}}, "\n"};
-    const ElementSpec para{"Para", {{"Names", {"Red", "Blue"}}, {"Empty", {""}}}, "caf\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80", {}, "  "};
-    const ElementSpec note{"Para", {}, "see ", {{"Footnote", {}, "a note", {}, ""}, {"Para", {}, "", {}, ""}}, " end"};
+    const ElementNode table{"Table", {}, "", {{"TableTitle", {}, "Sizes", {}, ""}, {"Body", {}, "", rows, ""}}, "\n"};
+    const ElementNode para{"Para", {{"Names", {"Red", "Blue"}}, {"Empty", {""}}}, "caf\xc3\xa9 \xe2\x82\xac \xf0\x9f\x98\x80", {}, "  "};
+    const ElementNode note{"Para", {}, "see ", {{"Footnote", {}, "a note", {}, ""}, {"Para", {}, "", {}, ""}}, " end"};
     buildTree(*doc, 0, {"Chapter", {{"Audience", {"novice", "expert"}}, {"Id", {"c1"}}},
                         "Intro <&> \"quoted\" 'single'\ttab\r\nline ", {para, table, note}, ""});
-    buildTree(*doc, 1, ElementSpec{"Sidebar", {{"Audience", {"admin"}}}, "side text", {}, ""});
+    buildTree(*doc, 1, ElementNode{"Sidebar", {{"Audience", {"admin"}}}, "side text", {}, ""});
 
     doc->elements[elementAt(*doc, 0, {1})].titlePosition = 2;
     doc->elements[elementAt(*doc, 0, {2})].beginAdjust = 1;

@@ -38,16 +38,16 @@ std::string readFile(const std::string& path);
 std::string savedText(const ScratchFolder& folder, const Document& doc, const std::string& name = "saved.xml");
 
 // An element to build: its text, then each child followed by its tail text.
-struct ElementSpec {
+struct ElementNode {
     std::string tag;
     std::vector<std::pair<std::string, std::vector<std::string>>> attributes;
     std::string text;
-    std::vector<ElementSpec> children;
+    std::vector<ElementNode> children;
     std::string tail;
 };
 
 // Appends the tree to the flow, defining tags and attributes as it goes.
-Index buildTree(Document& doc, std::uint16_t flow, const ElementSpec& spec, Index parent = kNil);
+Index buildTree(Document& doc, std::uint16_t flow, const ElementNode& node, Index parent = kNil);
 
 // The element reached by following child positions from a flow's root.
 Index elementAt(const Document& doc, std::uint16_t flow, std::vector<int> path);
