@@ -135,9 +135,7 @@ TEST(BatchAgent, ParsingDialogScripts) {
         std::string error;
         EXPECT_EQ(parseDialogScript(c.text, script, error), c.actions != 0);
         EXPECT_EQ(error.empty(), c.actions != 0);
-        if (c.actions != 0) {
-            EXPECT_EQ(script.actions.size(), c.actions);
-        }
+        if (c.actions != 0) { EXPECT_EQ(script.actions.size(), c.actions); }
     }
 }
 
@@ -153,21 +151,17 @@ TEST(BatchAgent, DialogScriptsRunTheirDialogs) {
         std::string printed;
     };
     const Case cases[] = {
-        {"typed, checked, chosen by label, pressed", "t_Dialog:text:2=Draft,state:3=1,choose:4=Two,press:9", {3, 4, 9},
-         "Draft", 1, ""},
-        {"an entry the pop-up lacks", "t_Dialog:choose:4=Three,press:9", {kDialogEventClose}, "", -1,
-         "voka: dialog \"Filter\" offers no \"Three\" here; it offers \"One\", \"Two\""},
+        {"typed, checked, chosen by label, pressed", "t_Dialog_Choice:text:2=Draft,state:4=0,choose:3=Two,press:9",
+         {4, 3, 9}, "Draft", 1, ""},
+        {"an entry the pop-up lacks", "t_Dialog_Choice:choose:3=Three,press:9", {kDialogEventClose}, "", -1,
+         "voka: dialog \"Choose\" offers no \"Three\" here; it offers \"One\", \"Two\""},
         {"no script", "", {kDialogEventClose}, "", -1,
-         "voka: dialog \"Filter\" (t_Dialog) cancelled: no answers given for it"},
+         "voka: dialog \"Choose\" (t_Dialog_Choice) cancelled: no answers given for it"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         ScratchFolder folder;
-        folder.write("dialogs/t_Dialog.xml", R"(<dialog name="t_Dialog" title="Filter">
-  <item number="2" kind="edit"/><item number="3" kind="checkbox"/>
-  <item number="4" kind="popup"><choice>One</choice><choice>Two</choice></item>
-  <item number="9" kind="button" label="OK" closes="1"/>
-</dialog>)");
+        writeDialogs(folder);
         std::ostringstream out;
         BatchOptions options;
         if (*c.script) {
@@ -180,13 +174,13 @@ TEST(BatchAgent, DialogScriptsRunTheirDialogs) {
         HeadlessHost host(HostConfig{folder.path().string(), (folder.path() / "dialogs").string()}, agent);
         RecordingClient client;
         host.attachClient(&client);
-        const Handle dialog = host.openDialogResource("t_Dialog");
+        const Handle dialog = host.openDialogResource("t_Dialog_Choice");
         host.modalDialog(5, dialog);
         std::vector<int> events;
         for (const auto& call : client.calls) events.push_back(call.b);
         EXPECT_EQ(events, c.events);
         EXPECT_EQ(host.itemText(dialog, host.dialogItem(dialog, 2)), c.text);
-        EXPECT_EQ(host.itemState(dialog, host.dialogItem(dialog, 4)), c.choice);
+        EXPECT_EQ(host.itemState(dialog, host.dialogItem(dialog, 3)), c.choice);
         EXPECT_NE(out.str().find(c.printed), std::string::npos) << out.str();
     }
 }

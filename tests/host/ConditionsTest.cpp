@@ -22,17 +22,21 @@ struct Paras {
     std::vector<Handle> paras;
 };
 
+// Found from the start, each search after the last; or, with "restore",
+// each found range has its conditions taken off and the search starts over.
 TEST(Conditions, FindYieldsEachRangeInTurn) {
     struct Case {
         const char* name;
         std::vector<std::string> names;
-        std::vector<std::string> found;  // texts found from the start, each search after the last
+        bool restore;
+        std::vector<std::string> found;
     };
     const Case cases[] = {
-        {"one condition", {"Hidden"}, {"p1", "p3"}},
-        {"adjacent ranges of either condition are one", {"Hidden", "Other"}, {"p1p2p3"}},
-        {"a condition on no text", {"Unused"}, {}},
-        {"a condition the document lacks", {"Nowhere"}, {}},
+        {"one condition", {"Hidden"}, false, {"p1", "p3"}},
+        {"adjacent ranges of either condition are one", {"Hidden", "Other"}, false, {"p1p2p3"}},
+        {"a condition on no text", {"Unused"}, false, {}},
+        {"a condition the document lacks", {"Nowhere"}, false, {}},
+        {"restore takes every condition off", {"Hidden"}, true, {"p1", "p3"}},
     };
     for (const Case& k : cases) {
         SCOPED_TRACE(k.name);
@@ -46,30 +50,16 @@ TEST(Conditions, FindYieldsEachRangeInTurn) {
             const TextRange range = f.host.findConditionalText(p.doc, from, k.names);
             if (f.host.errorNumber() != kErrorNone) break;
             found.push_back(f.host.text(p.doc, range));
-            from = range.end;
+            if (k.restore) ASSERT_TRUE(f.host.setTextConditions(p.doc, range, {}));
+            else from = range.end;
         }
         EXPECT_EQ(found, k.found);
         EXPECT_EQ(f.host.errorNumber(), kErrorNotFound);
+        EXPECT_EQ(f.host.textConditions(p.doc, {p.paras[1], 0}).empty(), k.restore);
+        EXPECT_EQ(f.host.textConditions(p.doc, {p.paras[2], 1}), std::vector<Handle>{p.other});
+        // The same name twice is the same condition.
+        EXPECT_EQ(f.host.newNamedObject(p.doc, kConditionFormatObject, "Hidden"), p.hidden);
     }
-}
-
-TEST(Conditions, RestoreTakesEveryConditionOff) {
-    HostFixture f;
-    Paras p(f);
-    const TextLocation start{f.host.mainFlow(p.doc), 0};
-    int rounds = 0;
-    f.host.clearError();
-    for (;;) {
-        const TextRange range = f.host.findConditionalText(p.doc, start, {"Hidden"});
-        if (f.host.errorNumber() != kErrorNone) break;
-        ASSERT_TRUE(f.host.setTextConditions(p.doc, range, {}));
-        ASSERT_LT(++rounds, 10);
-    }
-    EXPECT_EQ(rounds, 2);
-    for (int i : {1, 3}) EXPECT_TRUE(f.host.textConditions(p.doc, {p.paras[i], 0}).empty());
-    EXPECT_EQ(f.host.textConditions(p.doc, {p.paras[2], 1}), std::vector<Handle>{p.other});
-    // The same name twice is the same condition.
-    EXPECT_EQ(f.host.newNamedObject(p.doc, kConditionFormatObject, "Hidden"), p.hidden);
 }
 
 // A table with a heading row and three body rows; the last body row holds a

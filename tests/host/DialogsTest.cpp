@@ -7,20 +7,7 @@ namespace {
 
 struct DialogFixture : HostFixture {
     DialogFixture() {
-        folder.write("dialogs/t_Dialog_Choice.xml", R"(<dialog name="t_Dialog_Choice" title="Choose">
-  <item number="1" kind="label" label="Scheme category"/>
-  <item number="2" kind="edit"/>
-  <item number="3" kind="popup"><choice>One</choice><choice>Two</choice></item>
-  <item number="4" kind="checkbox" label="Show this dialog" state="1"/>
-  <item number="9" kind="button" label="OK" closes="1"/>
-  <item number="10" kind="button" label="Cancel" closes="1"/>
-  <item number="11" kind="button" label="Apply"/>
-</dialog>
-)");
-        folder.write("dialogs/t_Dialog_Status.xml", R"(<dialog name="t_Dialog_Status" title="Status">
-  <item number="1" kind="text"/><item number="2" kind="text"/><item number="3" kind="text"/><item number="4" kind="text"/>
-</dialog>
-)");
+        writeDialogs(folder);
         host.attachClient(&client);
         dialog = host.openDialogResource("t_Dialog_Choice");
     }
@@ -109,15 +96,12 @@ TEST(Dialogs, ThePlugInClosingItDuringAnEvent) {
 TEST(Dialogs, ItemsAsThePlugInSetsThem) {
     DialogFixture f;
     const Handle popup = f.host.dialogItem(f.dialog, 3);
-    EXPECT_EQ(f.host.itemLabels(f.dialog, popup), (std::vector<std::string>{"One", "Two"}));
-    EXPECT_TRUE(f.host.setItemState(f.dialog, popup, 1));
     EXPECT_FALSE(f.host.setItemState(f.dialog, popup, 2));  // past the last entry
+    EXPECT_TRUE(f.host.setItemState(f.dialog, popup, 1));
     EXPECT_TRUE(f.host.setItemLabels(f.dialog, popup, {"Only"}));
     EXPECT_EQ(f.host.itemState(f.dialog, popup), -1);  // the selection went with its entry
-    EXPECT_EQ(f.host.dialogItem(f.dialog, 5), kNoObject);
     // An item of another dialog is not an item of this one.
-    const Handle other = f.host.openDialogResource("t_Dialog_Choice");
-    EXPECT_EQ(f.host.itemText(other, popup), "");
+    EXPECT_EQ(f.host.itemText(f.host.openDialogResource("t_Dialog_Choice"), popup), "");
     EXPECT_EQ(f.host.errorNumber(), kErrorFailed);
     // An insensitive button cannot be pressed.
     ASSERT_TRUE(f.host.setItemSensitive(f.dialog, f.host.dialogItem(f.dialog, 9), false));
@@ -135,19 +119,17 @@ TEST(Dialogs, ModelessProgressReachesTheUser) {
     f.host.setDialogTitle(status, "Coloring Document...");
     EXPECT_EQ(f.host.modelessDialog(1224, status), 0);
     f.host.setItemText(status, f.host.dialogItem(status, 2), "Please wait...");
-    f.host.setItemText(status, f.host.dialogItem(status, 4), "Press Esc to cancel");
     const DialogView* view = f.agent.modelessView("t_Dialog_Status");
     ASSERT_NE(view, nullptr);
     EXPECT_EQ(view->title, "Coloring Document...");
-    EXPECT_EQ(view->lines, (std::vector<std::string>{"", "Please wait...", "", "Press Esc to cancel"}));
+    EXPECT_EQ(view->lines, (std::vector<std::string>{"", "Please wait...", "", ""}));
     EXPECT_EQ(f.host.close(status, 0), 0);
     EXPECT_EQ(f.host.shownDialog("t_Dialog_Status"), kNoObject);
-    // A modeless dialog is driven by the user through the host too.
+    // The user drives a modeless dialog too; closing buttons close modal dialogs only.
     f.host.modelessDialog(2000, f.dialog);
     auto user = f.host.dialogUser(f.host.shownDialog("t_Dialog_Choice"));
     ASSERT_NE(user, nullptr);
-    EXPECT_TRUE(user->press(9));  // closing buttons close modal dialogs only
-    EXPECT_TRUE(user->isUp());
+    EXPECT_TRUE(user->press(9) && user->isUp());
     EXPECT_EQ(f.client.calls.back(), (RecordingClient::Call{"dialogEvent", 2000, 9, {}}));
 }
 

@@ -42,6 +42,20 @@ private:
     std::filesystem::path path_;
 };
 
+// The dialogs of the dialog tests: a modal choice and a modeless status.
+inline void writeDialogs(const ScratchFolder& folder) {
+    folder.write("dialogs/t_Dialog_Choice.xml", R"(<dialog name="t_Dialog_Choice" title="Choose">
+  <item number="1" kind="label" label="Scheme category"/><item number="2" kind="edit"/>
+  <item number="3" kind="popup"><choice>One</choice><choice>Two</choice></item>
+  <item number="4" kind="checkbox" label="Show this dialog" state="1"/>
+  <item number="9" kind="button" label="OK" closes="1"/><item number="10" kind="button" label="Cancel" closes="1"/>
+  <item number="11" kind="button" label="Apply"/>
+</dialog>)");
+    folder.write("dialogs/t_Dialog_Status.xml", R"(<dialog name="t_Dialog_Status" title="Status">
+  <item number="1" kind="text"/><item number="2" kind="text"/><item number="3" kind="text"/><item number="4" kind="text"/>
+</dialog>)");
+}
+
 struct HostFixture {
     HostFixture()
         : agent([](const std::string& what) { ADD_FAILURE() << what; }),
