@@ -112,17 +112,18 @@ TEST(ListEditor, EditsAListItemOnlyWhenAccepted) {
 TEST(DialogResources, EveryGenericDialogHasItsItemsAndClosesOnOkAndCancel) {
     struct Resource {
         const char* name;
-        int lastItem;  // items 1..lastItem exist (the list editors start at 2)
-        int ok;
+        int firstItem;  // items firstItem..lastItem exist
+        int lastItem;
+        int ok;  // 0: no buttons
         int cancel;
     };
     const Resource resources[] = {
-        {"br_Dialog_Status", 4, 0, 0},           {"br_Dialog_DDown", 3, kDropDownOk, kDropDownCancel},
-        {"br_Dialog_DDown_WIDE", 3, kDropDownOk, kDropDownCancel},
-        {"br_DialogStringsListEditor", kListDelete, kListOk, kListCancel},
-        {"br_DialogStringsListEditor_Wide", kListDelete, kListOk, kListCancel},
-        {"br_Dialog_1DDown_wChkBox", 5, kOneChoiceOk, kOneChoiceCancel},
-        {"br_Dialog_2DDown_wChkBox", 8, kTwoChoiceOk, kTwoChoiceCancel},
+        {"br_Dialog_Status", 1, 4, 0, 0},           {"br_Dialog_DDown", 1, 3, kDropDownOk, kDropDownCancel},
+        {"br_Dialog_DDown_WIDE", 1, 3, kDropDownOk, kDropDownCancel},
+        {"br_DialogStringsListEditor", 2, kListDelete, kListOk, kListCancel},
+        {"br_DialogStringsListEditor_Wide", 2, kListDelete, kListOk, kListCancel},
+        {"br_Dialog_1DDown_wChkBox", 1, 5, kOneChoiceOk, kOneChoiceCancel},
+        {"br_Dialog_2DDown_wChkBox", 1, 8, kTwoChoiceOk, kTwoChoiceCancel},
     };
     for (const Resource& r : resources) {
         SCOPED_TRACE(r.name);
@@ -130,15 +131,10 @@ TEST(DialogResources, EveryGenericDialogHasItsItemsAndClosesOnOkAndCancel) {
         for (const int button : {r.ok, r.cancel}) {
             const Handle dialog = session.host.openDialogResource(r.name);
             ASSERT_NE(dialog, kNoObject);
-            for (int item = std::string(r.name).find("ListEditor") != std::string::npos ? 2 : 1; item <= r.lastItem; ++item) {
-                EXPECT_NE(session.host.dialogItem(dialog, item), kNoObject) << item;
-            }
+            for (int item = r.firstItem; item <= r.lastItem; ++item) EXPECT_NE(session.host.dialogItem(dialog, item), kNoObject) << item;
             if (button == 0) continue;
             bool closed = false;
-            session.user.onDialog(r.name, [&](headless::DialogUser& d) {
-                d.press(button);
-                closed = !d.isUp();
-            });
+            session.user.onDialog(r.name, [&](headless::DialogUser& d) { d.press(button); closed = !d.isUp(); });
             session.host.modalDialog(900, dialog);
             EXPECT_TRUE(closed) << button;
             session.host.close(dialog, 0);

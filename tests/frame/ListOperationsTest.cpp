@@ -13,16 +13,16 @@ class ListOperationsTest : public ::testing::Test {
 protected:
     void SetUp() override { ASSERT_NE(list, kNoObject); }
     void fill(const List& labels, int selected) {
-        host().setItemLabels(dialog, list, labels);
-        host().setItemState(dialog, list, selected);
+        host.setItemLabels(dialog, list, labels);
+        host.setItemState(dialog, list, selected);
     }
-    List labels() { return host().itemLabels(dialog, list); }
-    int selection() { return host().itemState(dialog, list); }
-    Host& host() { return session.host; }
+    List labels() { return host.itemLabels(dialog, list); }
+    int selection() { return host.itemState(dialog, list); }
 
     testing::HostSession session;
-    Handle dialog = host().openDialogResource("br_DialogStringsListEditor");
-    Handle list = host().dialogItem(dialog, kListItem);
+    Host& host = session.host;
+    Handle dialog = host.openDialogResource("br_DialogStringsListEditor");
+    Handle list = host.dialogItem(dialog, kListItem);
 };
 
 TEST_F(ListOperationsTest, MovesFollowTheEntryAndRefuseAtTheEnds) {
@@ -43,7 +43,7 @@ TEST_F(ListOperationsTest, MovesFollowTheEntryAndRefuseAtTheEnds) {
     for (const Case& c : cases) {
         SCOPED_TRACE("code " + std::to_string(c.code) + " at " + std::to_string(c.selected));
         fill(c.before, c.selected);
-        EXPECT_EQ(listMove(host(), dialog, c.code), c.result);
+        EXPECT_EQ(listMove(host, dialog, c.code), c.result);
         EXPECT_EQ(labels(), c.after);
         EXPECT_EQ(selection(), c.selectedAfter);
     }
@@ -76,8 +76,8 @@ TEST_F(ListOperationsTest, AddAndRenameRefuseDuplicates) {
         session.user.clearTranscript();
         fill(start, 1);
         c.answer ? session.user.answerPrompt(*c.answer) : session.user.cancelPrompt();
-        const int result = c.rename ? listRename(host(), dialog, "Name?", c.allowDuplicates)
-                                    : listAdd(host(), dialog, "Name?", c.allowDuplicates);
+        const int result = c.rename ? listRename(host, dialog, "Name?", c.allowDuplicates)
+                                    : listAdd(host, dialog, "Name?", c.allowDuplicates);
         EXPECT_EQ(result, c.result);
         EXPECT_EQ(labels(), c.after);
         EXPECT_EQ(c.result >= 0 ? selection() : c.result, c.result);
@@ -88,18 +88,18 @@ TEST_F(ListOperationsTest, AddAndRenameRefuseDuplicates) {
 TEST_F(ListOperationsTest, EntriesChosenByIndexSelectionOrText) {
     fill({"a", "b", "c"}, 2);
     session.user.answerPrompt("B");
-    EXPECT_EQ(listEditEntry(host(), dialog, kListItem, -1, "b", false, true), 1);
+    EXPECT_EQ(listEditEntry(host, dialog, kListItem, -1, "b", false, true), 1);
     EXPECT_EQ(labels(), (List{"a", "B", "c"}));
     EXPECT_EQ(session.user.promptTexts.back(), "Edit item...|b");
 
     session.user.answerPrompt("a");
-    EXPECT_EQ(listEditEntry(host(), dialog, kListItem, 2, "", false, true), -1);
+    EXPECT_EQ(listEditEntry(host, dialog, kListItem, 2, "", false, true), -1);
     EXPECT_EQ(session.shown(), List{"This item is already in the list."});
     // Removing the selected last entry selects the new last one.
-    EXPECT_EQ(listRemoveEntry(host(), dialog, kListItem, -1, ""), 2);
+    EXPECT_EQ(listRemoveEntry(host, dialog, kListItem, -1, ""), 2);
     EXPECT_EQ(labels(), (List{"a", "B"}));
     EXPECT_EQ(selection(), 1);
-    EXPECT_EQ(listRemoveEntry(host(), dialog, kListItem, -1, "missing"), -1);
+    EXPECT_EQ(listRemoveEntry(host, dialog, kListItem, -1, "missing"), -1);
 }
 
 }  // namespace

@@ -100,26 +100,21 @@ TEST(Startup, ReadOnlyOrMissingFolderStopsWithTheCriticalMessage) {
     for (const Case& c : {Case{"missing folder", false, false, 1}, Case{"read-only, new installation", true, false, 1},
                           Case{"read-only, upgrade", true, true, 4}}) {
         SCOPED_TRACE(c.name);
-        testing::TempFolder root;
-        testing::TestUser user;
-        ReadOnlyFolderHost host(headless::HostConfig{(root / "user").string(), VOKA_SOURCE_DIR "/resources/dialogs"}, user);
-        Plugin plugin(host);
-        host.attachClient(&plugin);
-        const auto brindel = root / "user" / "Brindel";
-        std::filesystem::create_directories(c.folder ? brindel : root / "user");
-        if (c.shared) testing::writeFile(brindel / "BR_Settings.fm", testing::sharedSettingsXml({1, 1, {}}));
-        if (c.folder) testing::writeFile(brindel / "BR_Settings_TEMPVOKA.fm", testing::sharedSettingsXml({1, 2, {}}));
-        const std::string sharedBefore = testing::readFile(brindel / "BR_Settings.fm");
-        const std::string shippedBefore = testing::readFile(brindel / "BR_Settings_TEMPVOKA.fm");
+        testing::BasicHostSession<ReadOnlyFolderHost> session;
+        if (!c.folder) std::filesystem::remove_all(session.brindel());
+        if (c.shared) session.putSharedSettings({1, 1, {}});
+        if (c.folder) session.putShippedSettings({1, 2, {}});
+        const std::string sharedBefore = testing::readFile(session.inBrindel("BR_Settings.fm"));
+        const std::string shippedBefore = testing::readFile(session.inBrindel("BR_Settings_TEMPVOKA.fm"));
 
-        host.startClient();
+        session.host.startClient();
 
-        EXPECT_FALSE(plugin.started());
-        ASSERT_EQ(user.texts().size(), c.messages);
-        EXPECT_EQ(user.texts().back(), kCritical);
-        EXPECT_EQ(testing::readFile(brindel / "BR_Settings.fm"), sharedBefore);
-        EXPECT_EQ(testing::readFile(brindel / "BR_Settings_TEMPVOKA.fm"), shippedBefore);
-        EXPECT_EQ(testing::openDocumentCount(host), 0);
+        EXPECT_FALSE(session.plugin.started());
+        ASSERT_EQ(session.shown().size(), c.messages);
+        EXPECT_EQ(session.shown().back(), kCritical);
+        EXPECT_EQ(testing::readFile(session.inBrindel("BR_Settings.fm")), sharedBefore);
+        EXPECT_EQ(testing::readFile(session.inBrindel("BR_Settings_TEMPVOKA.fm")), shippedBefore);
+        EXPECT_EQ(testing::openDocumentCount(session.host), 0);
     }
 }
 

@@ -42,9 +42,11 @@ public:
 
 inline const std::string kPrefix = "-- VOKA plugin message --\n\n";
 
-class HostSession {
+// H: the host, which a test may replace by one that fails or fakes some calls.
+template <class H = headless::HeadlessHost>
+class BasicHostSession {
 public:
-    explicit HostSession(const std::string& dialogDirectory = VOKA_SOURCE_DIR "/resources/dialogs")
+    explicit BasicHostSession(const std::string& dialogDirectory = VOKA_SOURCE_DIR "/resources/dialogs")
         : host(headless::HostConfig{(folder.path() / "user").string(), dialogDirectory}, user), plugin(host) {
         std::filesystem::create_directories(brindel());
         host.attachClient(&plugin);
@@ -66,9 +68,10 @@ public:
 
     TempFolder folder;
     TestUser user;
-    headless::HeadlessHost host;
+    H host;
     Plugin plugin;
 };
+using HostSession = BasicHostSession<>;
 
 // Every document the host still has open.
 inline int openDocumentCount(Host& host) {

