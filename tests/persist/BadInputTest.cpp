@@ -1,6 +1,7 @@
 // Untrusted input: every bad file gives a clear message naming it (with
 // line and column where there is one) and no document, quickly, without
-// touching the network or printing anything on its own.
+// touching the network or printing anything on its own. What can be skipped
+// is skipped with one warning in the same form.
 #include "TestFiles.h"
 
 #include <sys/stat.h>
@@ -17,6 +18,10 @@ std::string billionLaughs() {
         xml += "\">\n";
     }
     return xml + "]>\n<lolz>&lol9;</lolz>\n";
+}
+
+std::string fullForm(const char* body) {
+    return std::string("<?xml version=\"1.0\"?>\n<voka-document version=\"1\">") + body + "</voka-document>\n";
 }
 
 TEST(BadInput, GivesAClearMessageAndNoDocument) {
@@ -43,8 +48,24 @@ TEST(BadInput, GivesAClearMessageAndNoDocument) {
          "the DTD \"http://example.com/doc.dtd\" could not be read", "", true},
         {"a DOCTYPE naming a missing DTD", "<!DOCTYPE doc SYSTEM \"nowhere.dtd\">\n<doc>fine</doc>",
          "defaults it declares are unavailable", "", true},
+        {"a content-form instruction past the text", "<doc>text</doc>\n<?voka-format start=\"3\" end=\"99\" color=\"Red\"?>",
+         "voka-format", ":2:", true},
+        {"an unknown content-form instruction", "<doc>text</doc>\n\n<?voka-sparkle on=\"1\"?>", "voka-sparkle", ":3:", true},
         {"a full-form file cut short", "<voka-document version=\"1\"><flow name=\"A\"><element tag=\"x\">",
          "the file ends inside <element>, which is not closed", ":1:", false},
+        {"a full-form element without a tag", fullForm("\n<flow name=\"A\" main=\"1\"><element/></flow>"), "", ":3:", false},
+        {"two highest-level elements in one flow",
+         fullForm(R"(<flow name="A" main="1"><element tag="A"/><element tag="B"/></flow>)"), "one highest-level element",
+         "", false},
+        {"an unknown full-form element",
+         fullForm(R"(<flow name="A" main="1"><element tag="Doc"><sparkle><text>no</text></sparkle><text>yes</text></element></flow>)"),
+         "ignored unknown element <sparkle>", "", true},
+        {"a format naming a missing colour",
+         fullForm(R"(<flow name="A" main="1"><element tag="Doc"><text>abc</text></element><format start="0" end="2" color="Mauve"/></flow>)"),
+         "unknown colour \"Mauve\"", "", true},
+        {"a condition run past the text",
+         fullForm(R"(<flow name="A" main="1"><element tag="Doc"><text>abc</text></element><conditions start="1" end="9" names="X"/></flow>)"),
+         "bad range", "", true},
     };
     ScratchFolder folder;
     for (const Case& c : cases) {
@@ -59,6 +80,11 @@ TEST(BadInput, GivesAClearMessageAndNoDocument) {
         const std::string message = c.loads ? (loaded.warnings.empty() ? "" : loaded.warnings.front()) : loaded.error;
         EXPECT_EQ(message.rfind(path + c.location, 0), 0u) << message;  // names the file first
         EXPECT_THAT(message, HasSubstr(c.expected));
+        // What is dropped is dropped whole; the rest of the file still loads.
+        if (!loaded.document) continue;
+        EXPECT_TRUE(loaded.document->flows[0].formats.runs().empty());
+        EXPECT_TRUE(loaded.document->flows[0].conditions.runs().empty());
+        EXPECT_THAT(loaded.document->flows[0].text, Not(HasSubstr("no")));
     }
 }
 

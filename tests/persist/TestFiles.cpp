@@ -1,11 +1,9 @@
 #include "TestFiles.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <vector>
 
 namespace voka::test {
 
@@ -25,15 +23,6 @@ ScratchFolder::~ScratchFolder() {
 std::string ScratchFolder::write(const std::string& name, const std::string& content) const {
     std::ofstream(file(name), std::ios::binary) << content;
     return file(name);
-}
-
-std::string ScratchFolder::listing() const {
-    std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(path_)) names.push_back(entry.path().filename().string() + "\n");
-    std::sort(names.begin(), names.end());
-    std::string out;
-    for (const auto& n : names) out += n;
-    return out;
 }
 
 std::string readFile(const std::string& path) {
