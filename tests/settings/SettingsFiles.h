@@ -17,20 +17,18 @@ namespace voka::testing {
 // A folder of its own under the system's temporary directory, removed at the end.
 class TempFolder {
 public:
-    TempFolder() : path_(std::filesystem::temp_directory_path() / ("voka-t-" + std::to_string(std::random_device{}()))) {
-        std::filesystem::create_directories(path_);
-    }
+    TempFolder() { std::filesystem::create_directories(path_); }
     ~TempFolder() {
         std::error_code ignored;
         std::filesystem::remove_all(path_, ignored);
     }
     TempFolder(const TempFolder&) = delete;
-    TempFolder& operator=(const TempFolder&) = delete;
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
 private:
-    std::filesystem::path path_;
+    std::filesystem::path path_ =
+        std::filesystem::temp_directory_path() / ("voka-t-" + std::to_string(std::random_device{}()));
 };
 
 inline void writeFile(const std::filesystem::path& path, const std::string& content) {
