@@ -61,10 +61,7 @@ TEST(Handles, EveryFamilyRefusesTheNoneHandle) {
     const Handle doc = chapter(f).doc;
     const TextRange none{};
     const std::vector<std::pair<const char*, std::function<void()>>> calls = {
-        {"setActiveDocument", [&] { h.setActiveDocument(0); }},
         {"simpleSave", [&] { h.simpleSave(0, "", false); }},
-        {"setElementDefinition", [&] { h.setElementDefinition(doc, 0, 0); }},
-        {"newElement", [&] { h.newElement(doc, 0, {}); }},
         {"addText", [&] { h.addText(doc, {}, "x"); }},
         {"setTextProperty", [&] { h.setTextProperty(doc, none, TextProperty::Overline, 1); }},
         {"findConditionalText", [&] { h.findConditionalText(doc, {}, {"Hidden"}); }},

@@ -26,10 +26,7 @@ public:
                  std::to_string(reinterpret_cast<std::uintptr_t>(this)));
         std::filesystem::create_directories(path_);
     }
-    ~ScratchFolder() {
-        std::error_code ignored;
-        std::filesystem::remove_all(path_, ignored);
-    }
+    ~ScratchFolder() { std::filesystem::remove_all(path_, ignored_); }
     const std::filesystem::path& path() const { return path_; }
     // The host's notation of a file in the folder.
     std::string hostPath(const std::string& name) const { return toHostPath((path_ / name).string()); }
@@ -40,6 +37,7 @@ public:
 
 private:
     std::filesystem::path path_;
+    std::error_code ignored_;
 };
 
 // The dialogs of the dialog tests: a modal choice and a modeless status.
@@ -77,7 +75,7 @@ public:
         bool operator==(const Call&) const = default;
     };
 
-    void initialize(int initCode) override { calls.push_back({"initialize", initCode, 0, {}}); }
+    void initialize(int code) override { calls.push_back({"initialize", code, 0, {}}); }
     void command(int number) override { calls.push_back({"command", number, 0, {}}); }
     void notify(int code, Handle document, const std::string& text, int number) override {
         calls.push_back({"notify", code, number, text});
@@ -112,14 +110,9 @@ inline Chapter chapter(HostFixture& f, const std::string& name = "c.xml") {
     TreeBuilder b;
     b.open("Chapter").leaf("Title", {}, "Intro").leaf("Para", {{"audience", "novice"}}, "Hello");
     b.open("Para").marker("Hypertext", "openlink x").text("World").close().close();
-    Chapter c;
-    c.doc = b.build(f.host, f.folder.hostPath(name));
-    c.chapter = root(f.host, c.doc);
-    const auto kids = children(f.host, c.doc, c.chapter);
-    c.title = kids.at(0);
-    c.first = kids.at(1);
-    c.second = kids.at(2);
-    return c;
+    const Handle doc = b.build(f.host, f.folder.hostPath(name));
+    const auto kids = children(f.host, doc, root(f.host, doc));
+    return Chapter{doc, root(f.host, doc), kids.at(0), kids.at(1), kids.at(2)};
 }
 
 // The text an element covers.

@@ -96,8 +96,8 @@ TEST(Notifications, DeliveredWhenAskedFor) {
     EXPECT_EQ(f.host.callClientFromOutside("Hello"), -1);
     EXPECT_TRUE(client.calls.empty());
 
-    for (int code : {kNotePostInsertElement, kNotePostSetAttrValue, kNoteClientCall}) f.host.requestNotification(code, true);
-    f.host.requestNotification(kNotePostInsertElement, false);
+    f.host.requestNotification(kNotePostSetAttrValue, true);
+    f.host.requestNotification(kNoteClientCall, true);
     EXPECT_FALSE(f.host.notifyClient(kNotePostInsertElement, kNoObject, "", 3));
     EXPECT_TRUE(f.host.notifyClient(kNotePostSetAttrValue, kNoObject, "audience", 7));
     // Another client's call is answered with what the plug-in returns.

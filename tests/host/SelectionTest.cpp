@@ -40,10 +40,6 @@ TEST(Selection, ElementAndTextSelectionsAgree) {
         EXPECT_EQ(f.host.elementSelection(c.doc), k.elements);
         EXPECT_EQ(f.host.text(c.doc, f.host.textSelection(c.doc)), k.selected);
     }
-    // Text added at an insertion point inside an element lands in it.
-    ASSERT_TRUE(f.host.setElementSelection(c.doc, {{c.first, kNoObject, 2}, {c.first, kNoObject, 2}}));
-    ASSERT_TRUE(f.host.addText(c.doc, f.host.textSelection(c.doc).begin, "!"));
-    EXPECT_EQ(elementText(f.host, c.doc, c.first), "He!llo");
     // A selection of deleted text is no selection.
     ASSERT_TRUE(f.host.setTextSelection(c.doc, {{c.second, 0}, {c.second, 2}}));
     ASSERT_TRUE(f.host.deleteObject(c.doc, c.second));
