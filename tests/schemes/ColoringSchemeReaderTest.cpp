@@ -19,9 +19,9 @@ TEST(ColoringSchemeReader, ResultsMessagesAndActiveScheme) {
         const char* what;
         std::string category, scheme;
         int interactive, result;
-        bool message;
-        std::string activeAfter;  // the active colouring scheme name afterwards
-        std::size_t rules;        // rules in the table afterwards
+        bool message;  // the read error is shown
+        std::string activeAfter;  // the active colouring scheme name, the rules in the table and "loaded" afterwards
+        std::size_t rules;
         bool loaded;
     };
     const std::vector<Case> cases = {
@@ -48,35 +48,23 @@ TEST(ColoringSchemeReader, ResultsMessagesAndActiveScheme) {
         world.state.active.coloringScheme = "Old";
 
         EXPECT_EQ(ReadColoringScheme(world.host, world.state, c.category, c.scheme, c.interactive), c.result);
-        EXPECT_EQ(world.shown(), c.message ? std::vector<std::string>{prefixed(kReadError)}
-                                           : std::vector<std::string>{});
+        EXPECT_EQ(world.shown(), std::vector<std::string>(c.message, prefixed(kReadError)));
         EXPECT_EQ(world.state.active.coloringScheme, c.activeAfter);
         EXPECT_EQ(world.state.coloring.rules.size(), c.rules);
         EXPECT_EQ(world.state.coloring.loaded, c.loaded);
-        if (c.result == 1 && c.rules == 1) {
-            EXPECT_EQ(world.state.coloring.rules[0].colorName, "Red");
-        }
+        if (c.result == 1 && c.rules == 1) { EXPECT_EQ(world.state.coloring.rules[0].colorName, "Red"); }
     }
 }
 
 TEST(ColoringSchemeReader, ReadsRulesOptionsAndConditions) {
     World world;
     RuleSpec first{"Red", {{"audience", {"expert"}}, {"platform", {"linux", "<no value>"}}}, 7, 1, 1};
-    world.holdMainSettings({{"Manuals",
-                             {{"Print",
-                               {first, {"<refresh EDD>"}, {.storedName = "ab"}, {.storedName = "Hi!Green"},
-                                {.storedName = ""}},
-                               {{"IncludeEDDDefaults", "TRUE"},
-                                {"SpaceDelimitedVals", "yes"},
-                                {"IgnoreCaseSensitivity", "true"}}}},
-                             {}}});
-
-    ASSERT_EQ(world.activate("Manuals", "Print"), 1);
+    const SchemeOptionValues options{{"IncludeEDDDefaults", "TRUE"}, {"SpaceDelimitedVals", "yes"}, {"IgnoreCaseSensitivity", "true"}};
+    world.useScheme({first, {"<refresh EDD>"}, {.storedName = "ab"}, {.storedName = "Hi!Green"}, {.storedName = ""}},
+                    "Print", options);
     const ColoringScheme& scheme = world.state.coloring;
-    EXPECT_EQ(scheme.options.includeEddDefaults, 1);
-    EXPECT_EQ(scheme.options.spaceDelimited, 0);
-    EXPECT_EQ(scheme.options.ignoreCase, 1);
-    EXPECT_EQ(scheme.options.processAllFlows, 0);
+    const auto& o = scheme.options;  // only "true", in any case, is true
+    EXPECT_EQ(std::tie(o.includeEddDefaults, o.spaceDelimited, o.ignoreCase, o.processAllFlows), std::make_tuple(1, 0, 1, 0));
 
     std::vector<std::string> colors;
     for (const ColorRule& rule : scheme.rules) colors.push_back(rule.colorName);

@@ -17,19 +17,16 @@ TEST(SchemeSchema, RenumberingRewritesEveryPrefix) {
     // Whatever three characters stand in front are replaced: placeholders,
     // copies that kept their old number, a migrated rule.
     for (const char* name : {"yo!Red", "3  Blue", "Hi!Green", "12 Cyan", "1  Red_COPY", "5  A", "6  B", "7  C",
-                             "8  D", "9  E", "1  F", "2  G"}) {
+                             "8  D", "9  E", "1  F", "2  G"})
         scheme.rules.push_back({.storedName = name});
-    }
     Handle doc = world.holdMainSettings({{"Manuals", {scheme}, {}}});
     Handle schemeElement = findScheme(world.host, world.state, doc, "Manuals", SchemeKind::Coloring, "Print");
     ASSERT_NE(schemeElement, kNoObject);
 
     EXPECT_EQ(renumberRules(world.host, world.state, doc, schemeElement), 12);
     std::vector<std::string> names;
-    for (Handle rule = world.host.firstChild(doc, schemeElement); rule != kNoObject;
-         rule = world.host.nextSibling(doc, rule)) {
-        readString(world.host, world.state, doc, rule, kAttrName, names.emplace_back());
-    }
+    for (Handle r = world.host.firstChild(doc, schemeElement); r != kNoObject; r = world.host.nextSibling(doc, r))
+        readString(world.host, world.state, doc, r, kAttrName, names.emplace_back());
     EXPECT_EQ(names, (std::vector<std::string>{"1  Red", "2  Blue", "3  Green", "4  Cyan", "5  Red_COPY", "6  A",
                                                "7  B", "8  C", "9  D", "10 E", "11 F", "12 G"}));
 }
@@ -62,9 +59,7 @@ TEST(SchemeSchema, ChosenFileMustBeAMainSettingsDocument) {
         if (c.exists) world.saveMainSettings({manuals}, "chosen.fm", c.colorList);
         world.user.chooseFileAnswer(world.hostPath("chosen.fm"));
         EXPECT_EQ(chooseMainSettingsFile(world.host, world.state, kNoObject), c.result);
-        std::vector<std::string> expected;
-        if (c.message) expected.push_back(prefixed(c.message));
-        EXPECT_EQ(world.shown(), expected);
+        EXPECT_EQ(world.shown(), c.message ? std::vector{prefixed(c.message)} : std::vector<std::string>{});
         EXPECT_EQ(world.state.mainSettingsDoc != kNoObject, c.result == 1);
     }
 }

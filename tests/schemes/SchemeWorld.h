@@ -25,17 +25,12 @@ namespace voka::testing {
 
 inline constexpr const char* kPrefix = "-- VOKA plugin message --\n\n";
 
-struct ConditionSpec {
-    std::string name{};
-    std::vector<std::string> values{};
-};
+using ConditionSpec = std::pair<std::string, std::vector<std::string>>;  // attribute name, values
 
 struct RuleSpec {
     std::string color{};  // without the position prefix
     std::vector<ConditionSpec> conditions{};
-    int style = 0;
-    int matchAll = 0;
-    int override = 0;
+    int style = 0, matchAll = 0, override = 0;
     // Stored as the rule's "Name" instead of the numbered colour; "" leaves the rule without one.
     std::optional<std::string> storedName{};
 };
@@ -52,8 +47,7 @@ struct CategorySpec {
     std::string name{};
     std::vector<SchemeSpec> coloring{};
     std::vector<std::string> validation{};  // scheme names only
-    bool hasColoringSchemes = true;
-    bool hasFilterSchemes = true;
+    bool hasColoringSchemes = true, hasFilterSchemes = true;
 };
 
 // Main settings documents are kept in the host's own form, as shipped, so
@@ -62,16 +56,17 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
                                                                     bool colorList = true) {
     using headless::AttrValue;
     headless::TreeBuilder b;
-    auto strings = [](const char* name) { return AttributeDefinition{name, kAttrStrings, 0, {}, {}}; };
-    auto string = [](const char* name) { return AttributeDefinition{name, kAttrString, 0, {}, {}}; };
-    b.define(kTagSchemeCategory, kElementContainer, {string(kAttrName)});
-    b.define(kTagScheme, kElementContainer,
-             {string(kAttrName), string(kAttrIncludeEddDefaults), string(kAttrSpaceDelimited),
-              string(kAttrIgnoreCase), string(kAttrProcessAllFlows), string(kAttrComment)});
-    b.define(kTagRule, kElementContainer,
-             {string(kAttrName), string(kAttrStyle), string(kAttrMatchAll), string(kAttrOverride)});
-    b.define(kTagAttribute, kElementContainer, {string(kAttrName), strings(kAttrValues)});
-    b.define(kTagColorList, kElementContainer, {strings(kAttrNames)});
+    auto defs = [](std::vector<const char*> names, int kind = kAttrString) {
+        AttributeDefinitions out;
+        for (const char* name : names) out.push_back({name, kind, 0, {}, {}});
+        return out;
+    };
+    b.define(kTagSchemeCategory, kElementContainer, defs({kAttrName}));
+    b.define(kTagScheme, kElementContainer, defs({kAttrName, kAttrIncludeEddDefaults, kAttrSpaceDelimited, kAttrIgnoreCase,
+                                                  kAttrProcessAllFlows, kAttrComment}));
+    b.define(kTagRule, kElementContainer, defs({kAttrName, kAttrStyle, kAttrMatchAll, kAttrOverride}));
+    b.define(kTagAttribute, kElementContainer, {defs({kAttrName})[0], defs({kAttrValues}, kAttrStrings)[0]});
+    b.define(kTagColorList, kElementContainer, defs({kAttrNames}, kAttrStrings));
     b.open(kTagMainSettings).open(kTagSchemeCategories);
     for (const CategorySpec& category : categories) {
         b.open(kTagSchemeCategory, {{kAttrName, category.name}});
@@ -84,15 +79,13 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
                 b.open(kTagScheme, attributes);
                 unsigned position = 0;
                 for (const RuleSpec& rule : scheme.rules) {
-                    std::vector<AttrValue> attributes{{kAttrStyle, std::to_string(rule.style)},
-                                                      {kAttrMatchAll, std::to_string(rule.matchAll)},
-                                                      {kAttrOverride, std::to_string(rule.override)}};
+                    std::vector<AttrValue> attributes{{kAttrStyle, std::to_string(rule.style)}, {kAttrMatchAll,
+                        std::to_string(rule.matchAll)}, {kAttrOverride, std::to_string(rule.override)}};
                     std::string name = rule.storedName.value_or(ruleNameWithPosition(++position, rule.color));
                     if (!name.empty()) attributes.emplace_back(kAttrName, name);
                     b.open(kTagRule, attributes);
-                    for (const auto& [name, values] : rule.conditions) {
+                    for (const auto& [name, values] : rule.conditions)
                         b.leaf(kTagAttribute, {{kAttrName, name}, {kAttrValues, values}});
-                    }
                     b.close();
                 }
                 b.close();
@@ -115,21 +108,17 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
 inline Handle elementById(Host& host, Handle doc, const std::string& id, Handle from = kNoObject) {
     if (from == kNoObject) from = host.highestLevelElement(doc, host.mainFlow(doc));
     if (from == kNoObject) return kNoObject;
-    for (const Attribute& attribute : host.attributes(doc, from)) {
+    for (const Attribute& attribute : host.attributes(doc, from))
         if (attribute.name == "id" && attribute.values == std::vector<std::string>{id}) return from;
-    }
-    for (Handle c = host.firstChild(doc, from); c != kNoObject; c = host.nextSibling(doc, c)) {
+    for (Handle c = host.firstChild(doc, from); c != kNoObject; c = host.nextSibling(doc, c))
         if (Handle found = elementById(host, doc, id, c); found != kNoObject) return found;
-    }
     return kNoObject;
 }
 
 class World {
 public:
-    World()
-        : folder(makeFolder()),
-          user([](const std::string& what) { ADD_FAILURE() << what; }),
-          host(headless::HostConfig{folder.string(), VOKA_SOURCE_DIR "/resources/dialogs"}, user) {}
+    World() : folder(makeFolder()), user([](const std::string& what) { ADD_FAILURE() << what; }),
+              host(headless::HostConfig{folder.string(), VOKA_SOURCE_DIR "/resources/dialogs"}, user) {}
     ~World() {
         EXPECT_EQ(user.unusedAnswers(), 0u) << "answers or dialog scripts the plug-in never asked for";
         std::error_code ignored;
@@ -147,14 +136,11 @@ public:
         return state.mainSettingsDoc;
     }
 
-    void saveMainSettings(const std::vector<CategorySpec>& categories, const std::string& name,
-                          bool colorList = true) {
+    void saveMainSettings(const std::vector<CategorySpec>& categories, const std::string& name, bool colorList = true) {
         // Whichever window was in front stays in front.
-        Handle activeDoc = host.activeDocument();
-        Handle activeBook = host.activeBook();
-        const std::string path = hostPath(name);
-        Handle built = host.adoptDocument(mainSettingsDocument(categories, colorList), path);
-        EXPECT_NE(host.simpleSave(built, path, false), kNoObject);
+        const Handle activeDoc = host.activeDocument(), activeBook = host.activeBook();
+        Handle built = host.adoptDocument(mainSettingsDocument(categories, colorList), hostPath(name));
+        EXPECT_NE(host.simpleSave(built, hostPath(name), false), kNoObject);
         host.close(built, kCloseModified);
         if (activeDoc != kNoObject) host.setActiveDocument(activeDoc);
         if (activeBook != kNoObject) host.setActiveBook(activeBook);
@@ -178,11 +164,8 @@ public:
         headless::TreeBuilder b;
         if (withOrange) b.color("Orange", "#FFA500");
         b.define("Para", kElementContainer, {{"id", kAttrString, 0, {}, {}}, {"audience", kAttrString, 0, {}, {}}});
-        b.open("Chapter", {{"id", "ch"}, {"audience", "novice"}})
-            .text("intro ")
-            .leaf("Para", {{"id", "p1"}, {"audience", "expert"}}, "expert text")
-            .leaf("Para", {{"id", "p2"}}, "plain text")
-            .close();
+        b.open("Chapter", {{"id", "ch"}, {"audience", "novice"}}).text("intro ");
+        b.leaf("Para", {{"id", "p1"}, {"audience", "expert"}}, "expert text").leaf("Para", {{"id", "p2"}}, "plain text");
         return b.build(host, hostPath(name));
     }
 
@@ -210,9 +193,8 @@ public:
     // Alerts and questions, in the order shown.
     std::vector<std::string> shown() const {
         std::vector<std::string> out;
-        for (const headless::TranscriptEntry& entry : user.transcript()) {
+        for (const headless::TranscriptEntry& entry : user.transcript())
             if (entry.kind == headless::Said::Alert || entry.kind == headless::Said::Question) out.push_back(entry.text);
-        }
         return out;
     }
 
