@@ -87,14 +87,13 @@ bool writeOutputs(Session& session, Handle doc, const fs::path& dir, std::vector
     std::string stem = fs::path(name).stem().string();
     if (stem.empty()) stem = "untitled";
 
-    bool contentForm = model->contentForm;
-    model->contentForm = false;
-    headless::SaveResult saved = headless::saveDocument(*model, (dir / (stem + ".voka.xml")).string());
-    model->contentForm = contentForm;
+    headless::SaveResult saved =
+        headless::saveDocument(*model, (dir / (stem + ".voka.xml")).string(), headless::SaveForm::Full);
     if (!saved.ok) {
         std::cerr << "voka: " << saved.error << "\n";
         return false;
     }
+    model->applyCuts();  // the rendering reads element offsets directly
     std::string page = stem + ".html";
     if (!writeFile(dir / page, renderHtml(*model, renderingFor(session, *model, name)))) return false;
     pages.push_back(page);
@@ -190,12 +189,13 @@ int showInfo(Session& session, const std::vector<std::string>& files) {
             std::cout << "document " << headless::toDisplayText(session.host().path(doc)) << " ("
                       << (model->contentForm ? "content form" : "full form") << ", "
                       << model->definitions.size() << " element definitions)\n";
-            for (const headless::Flow& flow : model->flows) {
-                std::size_t elements = 0;
-                for (const headless::Element& e : model->elements)
-                    if (e.alive && &model->flows[e.flow] == &flow) ++elements;
+            std::vector<std::size_t> elements(model->flows.size(), 0);
+            for (const headless::Element& e : model->elements)
+                if (e.alive && e.flow < elements.size()) ++elements[e.flow];
+            for (std::size_t i = 0; i < model->flows.size(); ++i) {
+                const headless::Flow& flow = model->flows[i];
                 std::cout << "  flow " << (flow.name.empty() ? "(unnamed)" : flow.name)
-                          << (flow.main ? " (main)" : "") << ": " << elements << " elements, "
+                          << (flow.main ? " (main)" : "") << ": " << elements[i] << " elements, "
                           << flow.text.size() << " bytes of text\n";
             }
         }

@@ -90,7 +90,7 @@ LoadResult loadFile(const std::string& systemPath, const LoadOptions& options) {
     return result;
 }
 
-SaveResult saveDocument(const Document& doc, const std::string& systemPath) {
+SaveResult saveDocument(const Document& doc, const std::string& systemPath, SaveForm form) {
     // Offsets are only right once deletions still pending are applied.
     std::unique_ptr<Document> settled;
     const Document* source = &doc;
@@ -100,7 +100,7 @@ SaveResult saveDocument(const Document& doc, const std::string& systemPath) {
         source = settled.get();
     }
     return saveAtomically(systemPath, [&](XmlOut& out, std::string& problem) {
-        if (source->contentForm) return writeContentForm(out, *source, problem);
+        if (form == SaveForm::AsRead && source->contentForm) return writeContentForm(out, *source, problem);
         writeFullForm(out, *source);
         return true;
     });

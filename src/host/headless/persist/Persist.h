@@ -46,8 +46,11 @@ struct SaveResult {
     std::string error;
 };
 
-// Writes the document in the form it was read in (Document::contentForm).
-SaveResult saveDocument(const Document& doc, const std::string& systemPath);
+enum class SaveForm { AsRead, Full };
+
+// Writes the document in the form it was read in (Document::contentForm), or
+// in the full form whatever it was read in.
+SaveResult saveDocument(const Document& doc, const std::string& systemPath, SaveForm form = SaveForm::AsRead);
 SaveResult saveBook(const Book& book, const std::string& systemPath);
 
 }  // namespace voka::headless
