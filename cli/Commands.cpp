@@ -95,7 +95,11 @@ bool writeOutputs(Session& session, Handle doc, const fs::path& dir, std::vector
     }
     model->applyCuts();  // the rendering reads element offsets directly
     std::string page = stem + ".html";
-    if (!writeFile(dir / page, renderHtml(*model, renderingFor(session, *model, name)))) return false;
+    std::ofstream html(dir / page, std::ios::binary);
+    if (!html || !renderHtml(*model, renderingFor(session, *model, name), html)) {
+        std::cerr << "voka: cannot write " << (dir / page).string() << "\n";
+        return false;
+    }
     pages.push_back(page);
     std::cout << (dir / (stem + ".voka.xml")).string() << "\n" << (dir / page).string() << "\n";
     return true;

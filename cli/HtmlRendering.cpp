@@ -43,7 +43,7 @@ std::uint32_t nextBoundary(const std::map<std::uint32_t, Value>& runs, std::uint
 
 class Renderer {
 public:
-    Renderer(const Document& doc, std::string& out) : doc_(doc), out_(out) {}
+    Renderer(const Document& doc, std::string& out, std::ostream& sink) : doc_(doc), out_(out), sink_(sink) {}
 
     void flow(const Flow& flow) {
         flow_ = &flow;
@@ -107,7 +107,13 @@ private:
         out_ += box;
         out_ += ">";
         if (!inlineLayout) out_ += '\n';
+        if (out_.size() > kFlushAt) {
+            sink_ << out_;
+            out_.clear();
+        }
     }
+
+    static constexpr std::size_t kFlushAt = 1 << 20;
 
     void text(std::uint32_t begin, std::uint32_t end) {
         end = std::min<std::uint32_t>(end, static_cast<std::uint32_t>(flow_->text.size()));
@@ -163,6 +169,7 @@ private:
 
     const Document& doc_;
     std::string& out_;
+    std::ostream& sink_;
     const Flow* flow_ = nullptr;
 };
 
@@ -199,9 +206,9 @@ const char* styleLabel(int style) {
     return style >= 0 && style <= 7 ? kLabels[style] : kLabels[0];
 }
 
-std::string renderHtml(const Document& doc, const Rendering& rendering) {
+bool renderHtml(const Document& doc, const Rendering& rendering, std::ostream& sink) {
     std::string out;
-    out.reserve(doc.elements.size() * 64 + 4096);
+    out.reserve(2 << 20);
     out += "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>";
     appendEscaped(out, rendering.title);
     out += "</title>\n<style>\n"
@@ -215,10 +222,12 @@ std::string renderHtml(const Document& doc, const Rendering& rendering) {
     appendEscaped(out, rendering.title);
     out += "</h1>\n";
     legend(out, rendering);
-    Renderer renderer(doc, out);
+    Renderer renderer(doc, out, sink);
     for (const Flow& flow : doc.flows) renderer.flow(flow);
     out += "</body></html>\n";
-    return out;
+    sink << out;
+    sink.flush();
+    return static_cast<bool>(sink);
 }
 
 }  // namespace voka::cli

@@ -6,6 +6,7 @@
 
 #include "host/headless/Model.h"
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -26,7 +27,9 @@ struct Rendering {
     std::vector<LegendRule> legend;
 };
 
-std::string renderHtml(const headless::Document& doc, const Rendering& rendering);
+// Writes the page to `out` as it goes, so a million-element document is never
+// held as one string. False when writing failed.
+bool renderHtml(const headless::Document& doc, const Rendering& rendering, std::ostream& out);
 
 // The label the scheme editor shows for a style number.
 const char* styleLabel(int style);
