@@ -15,7 +15,6 @@ namespace voka {
 
 namespace {
 
-constexpr const char* kDialogResource = "br_Dialog_2DDown_wChkBox";
 constexpr int kCategoryPopup = 3;
 constexpr int kSchemeLabel = 4;
 constexpr int kSchemePopup = 6;
@@ -74,22 +73,11 @@ std::string chosenLabel(Host& host, Handle dialog, int item) {
     return labels[static_cast<std::size_t>(index)];
 }
 
-// Opens the generic dialog as the current choice dialog, fills it and runs
-// it; the pop-ups' selections must be set between filling and running.
-int runDialog(Host& host, PluginState& state, const TwoChoiceDialog& contents, int categoryIndex, int schemeIndex) {
-    Handle dialog = host.openDialogResource(kDialogResource);
-    if (dialog == kNoObject) {
-        showPlainWarning(host, "Dialog box error.");
-        return 0;
-    }
-    if (state.dialogs.choice != kNoObject && state.dialogs.choice != dialog) host.close(state.dialogs.choice, 0);
-    state.dialogs.choice = dialog;
-    state.dialogs.accepted = false;
-    showTwoChoiceDialog(host, state, 0, contents);
-    host.setItemState(dialog, host.dialogItem(dialog, kCategoryPopup), categoryIndex);
-    host.setItemState(dialog, host.dialogItem(dialog, kSchemePopup), schemeIndex);
-    host.modalDialog(kTwoChoiceDialogNumber, dialog);
-    return 1;
+// Fills the generic dialog with both pop-ups' entries chosen and runs it.
+int runDialog(Host& host, PluginState& state, TwoChoiceDialog contents, int categoryIndex, int schemeIndex) {
+    contents.select3 = categoryIndex;
+    contents.select6 = schemeIndex;
+    return showTwoChoiceDialog(host, state, 1, contents);
 }
 
 int chooseAndLoad(Host& host, PluginState& state, const DialogCode& code) {

@@ -71,6 +71,8 @@ int showTwoChoiceDialog(Host& host, PluginState& state, int mode, const TwoChoic
     setLabel(host, dialog, 4, d.label4);
     setText(host, dialog, 5, d.text5);
     setChoices(host, dialog, 6, d.choices6);
+    setCheck(host, dialog, 3, d.select3);  // a pop-up's state is its chosen entry
+    setCheck(host, dialog, 6, d.select6);
     setCheck(host, dialog, 7, d.checkState7);
     setLabel(host, dialog, 7, d.checkLabel7);
     setLabel(host, dialog, 8, d.label8);

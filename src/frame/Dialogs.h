@@ -61,6 +61,7 @@ struct TwoChoiceDialog {
     std::vector<std::string> choices3 = {kKeep};
     std::string label4 = kKeep, text5 = kKeep;
     std::vector<std::string> choices6 = {kKeep};
+    int select3 = kKeepState, select6 = kKeepState;  // the entry chosen in each pop-up
     int checkState7 = kKeepState;
     std::string checkLabel7 = kKeep, label8 = kKeep;
 };

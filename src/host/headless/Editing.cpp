@@ -252,30 +252,30 @@ struct Transfer {
         return target;
     }
 
-    Index color(Index source) {
-        auto found = colors.find(source);
-        if (found != colors.end()) return found->second;
-        const Color& c = from.colors[source];
-        Index target = to.colorByName(c.name);
-        if (target == kNil) {
-            target = static_cast<Index>(to.colors.size());
-            to.colors.push_back(c);
+    // A catalogue entry (colour or condition format) is the target's entry of
+    // the same name, added when the target has none.
+    template <class Entry, class Lookup>
+    static Index mapByName(std::unordered_map<Index, Index>& cache, const std::vector<Entry>& source,
+                           std::vector<Entry>& target, Index index, Lookup byName) {
+        auto found = cache.find(index);
+        if (found != cache.end()) return found->second;
+        const Entry& entry = source[index];
+        Index mapped = byName(entry.name);
+        if (mapped == kNil) {
+            mapped = static_cast<Index>(target.size());
+            target.push_back(entry);
         }
-        colors.emplace(source, target);
-        return target;
+        cache.emplace(index, mapped);
+        return mapped;
+    }
+
+    Index color(Index source) {
+        return mapByName(colors, from.colors, to.colors, source, [&](const std::string& n) { return to.colorByName(n); });
     }
 
     Index condition(Index source) {
-        auto found = conditions.find(source);
-        if (found != conditions.end()) return found->second;
-        const ConditionFormat& c = from.conditions[source];
-        Index target = to.conditionByName(c.name);
-        if (target == kNil) {
-            target = static_cast<Index>(to.conditions.size());
-            to.conditions.push_back(c);
-        }
-        conditions.emplace(source, target);
-        return target;
+        return mapByName(conditions, from.conditions, to.conditions, source,
+                         [&](const std::string& n) { return to.conditionByName(n); });
     }
 
     ConditionSet conditionSet(const ConditionSet& source) {
