@@ -178,8 +178,10 @@ Handle HeadlessHost::openFile(const std::string& path, bool visible, bool asNew)
         }
     }
     const std::string system = toSystemPath(normal);
+    // A missing file is for the caller to mention; anything else the loader
+    // refuses (a folder, a FIFO, bad XML) is said here, with the reason.
     std::error_code error;
-    if (!std::filesystem::is_regular_file(system, error)) return fail(kNoObject);
+    if (!std::filesystem::exists(system, error)) return fail(kNoObject);
     LoadResult loaded = loadFile(system);
     for (const std::string& warning : loaded.warnings) agent_->hostMessage(Said::Warning, warning);
     if (loaded.book) {

@@ -1,7 +1,12 @@
 #include "host/headless/persist/XmlParse.h"
 
+#include "host/headless/persist/ExternalResources.h"
+
 #include <libxml/SAX2.h>
 #include <libxml/catalog.h>
+#include <libxml/entities.h>
+#include <libxml/hash.h>
+#include <libxml/uri.h>
 #include <libxml/parserInternals.h>
 #include <libxml/xmlerror.h>
 
@@ -9,7 +14,9 @@
 #include <cerrno>
 #include <cstdarg>
 #include <cstdio>
+#include <climits>
 #include <cstring>
+#include <filesystem>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -105,9 +112,20 @@ bool ParseContext::readPrefix(std::size_t end, std::string& bytes) const {
     return true;
 }
 
+std::string ParseContext::location() const {
+    const std::string place = ":" + std::to_string(line()) + ":" + std::to_string(column());
+    return (inDocument() ? path_ : displayLocation(parser_->input->filename)) + place;
+}
+
+bool ParseContext::inDocument() const {
+    // While the DTD is read, libxml2 sets the document's input aside; the file name tells.
+    return !parser_ || !parser_->input || !parser_->input->filename || uri_ == parser_->input->filename;
+}
+
 void ParseContext::fail(const std::string& message) {
     if (failed()) return;
-    issues_.error = path_ + ":" + std::to_string(line()) + ":" + std::to_string(column()) + ": " + message;
+    issues_.error = location() + ": " + message;
+    if (!inDocument()) issues_.error += " (read for " + path_ + ")";
     if (parser_) xmlStopParser(parser_);
 }
 
@@ -123,24 +141,47 @@ struct ParseCallbacks {
         return *static_cast<ParseContext*>(static_cast<xmlParserCtxtPtr>(ctx)->_private);
     }
 
+    // Entities may multiply the text; what reaches the loaders is bounded by
+    // what was read, so a small file cannot ask for gigabytes.
+    static bool deliver(ParseContext& c, std::size_t bytes) {
+        c.delivered_ += bytes;
+        const std::size_t limit = c.inputBytes_ * kMaxExpansionFactor + kExpansionAllowance;
+        if (c.delivered_ <= limit) return true;
+        c.fail("entities expand the document to more than " + std::to_string(limit) + " bytes (" +
+               std::to_string(kMaxExpansionFactor) + " times the " + std::to_string(c.inputBytes_) +
+               " bytes read, plus " + std::to_string(kExpansionAllowance >> 20) +
+               " MB): the limit on entity expansion");
+        return false;
+    }
+
     static void startElement(void* ctx, const xmlChar* local, const xmlChar* prefix, const xmlChar*,
                              int namespaceCount, const xmlChar** namespaces, int attributeCount,
                              int defaulted, const xmlChar** attributes) {
         ParseContext& c = of(ctx);
         if (c.failed()) return;
+        if (++c.depth_ > kMaxElementDepth) {
+            c.fail("elements nested more than " + std::to_string(kMaxElementDepth) +
+                   " deep: the limit on element depth");
+            return;
+        }
         // Defaulted attributes come last; the model keeps only what the file says.
         StartTag tag{prefix, local, namespaceCount, namespaces, attributeCount - defaulted, attributes};
+        std::size_t bytes = 0;
+        for (int i = 0; i < tag.attributeCount; ++i) bytes += tag.attributeValue(i).size();
+        if (!deliver(c, bytes)) return;
         c.handler_->startElement(c, tag);
     }
 
     static void endElement(void* ctx, const xmlChar*, const xmlChar*, const xmlChar*) {
         ParseContext& c = of(ctx);
+        --c.depth_;
         if (!c.failed()) c.handler_->endElement(c);
     }
 
     static void characters(void* ctx, const xmlChar* ch, int len) {
         ParseContext& c = of(ctx);
-        if (!c.failed()) c.handler_->characters(c, std::string_view(str(ch), static_cast<std::size_t>(len)));
+        if (c.failed() || !deliver(c, static_cast<std::size_t>(len))) return;
+        c.handler_->characters(c, std::string_view(str(ch), static_cast<std::size_t>(len)));
     }
 
     static void comment(void* ctx, const xmlChar* value) {
@@ -153,26 +194,96 @@ struct ParseCallbacks {
         if (!c.failed() && !c.inDtd()) c.handler_->instruction(c, str(target), data ? str(data) : "");
     }
 
-    // External parsed entities in content load only when a catalog lists
-    // them: a file must not pull arbitrary local files into a document. The
-    // check comes before libxml2's own lookup, which would load the entity.
+    static void noteExternal(ParseContext& c, xmlEntityPtr entity, const char* sigil) {
+        if (!entity || !entity->SystemID) return;
+        c.entity_ = "\"" + std::string(sigil) + str(entity->name) + "\" (" + str(entity->SystemID) + ")";
+    }
+
+    // The entity a reference names, remembered so that a refusal to read it
+    // can say which it was.
     static xmlEntityPtr getEntity(void* ctx, const xmlChar* name) {
+        xmlEntityPtr entity = xmlSAX2GetEntity(ctx, name);
+        if (entity && entity->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY) noteExternal(of(ctx), entity, "");
+        return entity;
+    }
+
+    static xmlEntityPtr getParameterEntity(void* ctx, const xmlChar* name) {
+        xmlEntityPtr entity = xmlSAX2GetParameterEntity(ctx, name);
+        if (entity && entity->etype == XML_EXTERNAL_PARAMETER_ENTITY) noteExternal(of(ctx), entity, "%");
+        return entity;
+    }
+
+    // The nearest input with a file name: relative references resolve against it.
+    static const char* baseOf(xmlParserCtxtPtr parser) {
+        for (int i = parser->inputNr - 1; i >= 0; --i)
+            if (parser->inputTab[i] && parser->inputTab[i]->filename) return parser->inputTab[i]->filename;
+        return nullptr;
+    }
+
+    static xmlChar* resolvedUri(xmlParserCtxtPtr parser, const xmlChar* systemId) {
+        const std::string reference = escapedReference(str(systemId));
+        xmlChar* uri = xmlBuildURI(reinterpret_cast<const xmlChar*>(reference.c_str()),
+                                   reinterpret_cast<const xmlChar*>(baseOf(parser)));
+        return uri ? uri : xmlStrdup(reinterpret_cast<const xmlChar*>(reference.c_str()));
+    }
+
+    // libxml2 resolves a system identifier as a URI, which a blank or a
+    // non-ASCII letter in it breaks; the DTD's is resolved here instead.
+    static xmlParserInputPtr resolveEntity(void* ctx, const xmlChar* publicId, const xmlChar* systemId) {
         auto* parser = static_cast<xmlParserCtxtPtr>(ctx);
-        ParseContext& c = of(ctx);
-        if (parser->inSubset == 0 && parser->myDoc && !xmlGetPredefinedEntity(name)) {
-            xmlEntityPtr declared = xmlGetDocEntity(parser->myDoc, name);
-            if (declared && declared->etype == XML_EXTERNAL_GENERAL_PARSED_ENTITY) {
-                xmlChar* resolved = xmlCatalogResolve(declared->ExternalID, declared->SystemID);
-                if (!resolved) {
-                    std::string where = declared->SystemID ? str(declared->SystemID) : "";
-                    c.fail("the external entity \"" + std::string(str(name)) + "\" (" + where +
-                           ") is not read: only entities listed in an XML catalog are");
-                    return nullptr;
-                }
-                xmlFree(resolved);
-            }
+        xmlChar* uri = systemId ? resolvedUri(parser, systemId) : nullptr;
+        xmlParserInputPtr input = xmlLoadExternalEntity(str(uri), str(publicId), parser);
+        xmlFree(uri);
+        return input;
+    }
+
+    // The same for external entities: their URI is fixed once, when declared.
+    static void entityDecl(void* ctx, const xmlChar* name, int type, const xmlChar* publicId,
+                           const xmlChar* systemId, xmlChar* content) {
+        auto* parser = static_cast<xmlParserCtxtPtr>(ctx);
+        xmlDtdPtr dtd = !parser->myDoc ? nullptr : parser->inSubset == 2 ? parser->myDoc->extSubset : parser->myDoc->intSubset;
+        const bool parameter = type == XML_INTERNAL_PARAMETER_ENTITY || type == XML_EXTERNAL_PARAMETER_ENTITY;
+        auto table = [&] { return static_cast<xmlHashTablePtr>(!dtd ? nullptr : parameter ? dtd->pentities : dtd->entities); };
+        const bool declaredBefore = table() && xmlHashLookup(table(), name);
+        xmlSAX2EntityDecl(ctx, name, type, publicId, systemId, content);
+        if (declaredBefore || !systemId || !table()) return;  // the first declaration holds
+        auto* entity = static_cast<xmlEntityPtr>(xmlHashLookup(table(), name));
+        if (!entity) return;
+        xmlFree(const_cast<xmlChar*>(entity->URI));
+        entity->URI = resolvedUri(parser, systemId);
+    }
+
+    // Every external resource comes through here; see ExternalResources.h
+    // for what may be read.
+    static xmlParserInputPtr loadExternal(const char* url, const char* publicId, xmlParserCtxtPtr parser) {
+        ParseContext* c = parser ? static_cast<ParseContext*>(parser->_private) : nullptr;
+        if (!c) return xmlNoNetExternalEntityLoader(url, publicId, parser);  // not a document load
+        const bool subset = c->loadingSubset_;
+        c->loadingSubset_ = false;
+        const std::size_t budget = kMaxExternalFileBytes > c->inputBytes_ ? kMaxExternalFileBytes - c->inputBytes_ : 0;
+        ExternalFile file = readExternal(c->folder_, url, publicId, budget);
+        const std::string what = subset ? "" : c->entity_.empty() ? std::string("\"") + (url ? displayLocation(url) : "") + "\"" : c->entity_;
+        if (!file.refusal.empty()) {
+            if (subset) c->subsetRefusal_ = file.refusal;
+            else c->fail("the external entity " + what + " is not read: " + file.refusal);
+            return nullptr;
         }
-        return xmlSAX2GetEntity(ctx, name);
+        if (file.missing) {
+            if (subset) c->subsetRefusal_ = "there is no such file";
+            else c->warn("the external entity " + what + " is not there");
+            return nullptr;
+        }
+        c->inputBytes_ += file.bytes.size();
+        xmlParserInputBufferPtr buffer =
+            xmlParserInputBufferCreateMem(file.bytes.data(), static_cast<int>(file.bytes.size()), XML_CHAR_ENCODING_NONE);
+        if (!buffer) return nullptr;
+        xmlParserInputPtr input = xmlNewIOInputStream(parser, buffer, XML_CHAR_ENCODING_NONE);
+        if (!input) {
+            xmlFreeParserInputBuffer(buffer);
+            return nullptr;
+        }
+        input->filename = reinterpret_cast<const char*>(xmlStrdup(reinterpret_cast<const xmlChar*>(fileUri(file.path).c_str())));
+        return input;
     }
 
     static void externalSubset(void* ctx, const xmlChar* name, const xmlChar* publicId, const xmlChar* systemId) {
@@ -181,10 +292,13 @@ struct ParseCallbacks {
         const std::size_t warningsBefore = c.issues_.warnings.size();
         const std::size_t errorsBefore = c.errorMessages_.size();
         const std::size_t genericBefore = c.genericMessage_.size();
+        c.loadingSubset_ = true;
+        c.subsetRefusal_.clear();
         xmlSAX2ExternalSubset(ctx, name, publicId, systemId);
+        c.loadingSubset_ = false;
         if ((!publicId && !systemId) || !parser->myDoc || parser->myDoc->extSubset || !parser->wellFormed) return;
         // Fold libxml2's loader messages into one warning that says what it means.
-        std::string reason;
+        std::string reason = c.subsetRefusal_;
         auto take = [&](std::vector<std::string>& list, std::size_t from) {
             for (std::size_t i = from; i < list.size(); ++i) {
                 auto colon = list[i].rfind(": ");
@@ -210,13 +324,16 @@ struct ParseCallbacks {
         // The push parser reports a file cut short as extra content at its end.
         if (e->code == XML_ERR_DOCUMENT_END && c.parser_ && c.parser_->nameNr > 0 && c.parser_->name)
             message = std::string("the file ends inside <").append(str(c.parser_->name)).append(">, which is not closed");
-        std::string location = c.path_;
-        const char* documentFile =
-            c.parser_ && c.parser_->inputNr > 0 && c.parser_->inputTab[0] ? c.parser_->inputTab[0]->filename : nullptr;
-        bool inDocument = !e->file || (documentFile && std::strcmp(e->file, documentFile) == 0);
-        if (!inDocument) location.append(": in ").append(e->file);
+        // libxml2's own limit on one piece of markup, in words that say so.
+        if (message == "Huge input lookup")
+            message = "more than 10000000 bytes in one piece of markup (a tag, an attribute value, a comment or an "
+                      "instruction): the limit on one piece of markup";
+        const bool inDocument = !e->file || c.uri_ == e->file;
+        // A message about the DTD or an entity file names that file, so that an editor opens it there.
+        std::string location = inDocument ? c.path_ : displayLocation(e->file);
         if (e->line > 0) location.append(":").append(std::to_string(e->line)).append(":").append(std::to_string(e->int2));
         std::string text = location + ": " + message;
+        if (!inDocument) text += " (read for " + c.path_ + ")";
         if (e->level == XML_ERR_FATAL) {
             // An error inside an entity's text has the entity's line numbers;
             // the report prefers the place in the file itself.
@@ -292,6 +409,9 @@ xmlSAXHandler makeHandler() {
     sax.comment = &ParseCallbacks::comment;
     sax.processingInstruction = &ParseCallbacks::instruction;
     sax.getEntity = &ParseCallbacks::getEntity;
+    sax.getParameterEntity = &ParseCallbacks::getParameterEntity;
+    sax.resolveEntity = &ParseCallbacks::resolveEntity;
+    sax.entityDecl = &ParseCallbacks::entityDecl;
     sax.externalSubset = &ParseCallbacks::externalSubset;
     sax.reference = nullptr;
     sax.warning = nullptr;
@@ -331,8 +451,17 @@ ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
         return context.issues_;
     }
     context.fd_ = fd;
+    context.inputBytes_ = static_cast<std::size_t>(info.st_size);
+    // libxml2 is given the file as a URI with everything unusual escaped, so
+    // that references relative to it resolve whatever the folder is called.
+    std::error_code ec;
+    const std::filesystem::path absolute = std::filesystem::absolute(path, ec).lexically_normal();
+    context.uri_ = fileUri(absolute.string());
+    char real[PATH_MAX];
+    if (::realpath(absolute.parent_path().c_str(), real)) context.folder_ = real;
 
     xmlInitParser();
+    xmlSetExternalEntityLoader(&ParseCallbacks::loadExternal);
     ScopedErrorRouting routing(context);
     std::string buffer(kChunkSize, '\0');
     ssize_t n = readSome(fd, buffer.data(), buffer.size());
@@ -347,7 +476,7 @@ ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
         return context.issues_;
     }
     xmlSAXHandler sax = makeHandler();
-    xmlParserCtxtPtr parser = xmlCreatePushParserCtxt(&sax, nullptr, buffer.data(), static_cast<int>(n), path.c_str());
+    xmlParserCtxtPtr parser = xmlCreatePushParserCtxt(&sax, nullptr, buffer.data(), static_cast<int>(n), context.uri_.c_str());
     if (!parser) {
         context.issues_.error = "Cannot read \"" + path + "\": out of memory";
         ::close(fd);

@@ -1,8 +1,9 @@
 // The one way the headless host reads XML files: libxml2's push parser over
 // a file it opens itself, with the safety settings every load needs (no
-// network, external entities only through XML catalogs, entity expansion
-// limits on), every libxml2 message collected instead of printed, and the
-// parse events handed to a ParseHandler.
+// network; the DTD and external entities only from the document's folder
+// tree or an XML catalog, never from special files; entity expansion and
+// element depth bounded), every libxml2 message collected instead of
+// printed, and the parse events handed to a ParseHandler.
 #pragma once
 
 #include <libxml/parser.h>
@@ -13,6 +14,15 @@
 #include <vector>
 
 namespace voka::headless {
+
+// What one load may cost, whatever the file says. Each message that reports
+// a limit names it.
+inline constexpr int kMaxElementDepth = 10000;
+// Text and attribute values may come to this many times the bytes read
+// (the file, its DTD and external entities), plus the allowance.
+inline constexpr std::size_t kMaxExpansionFactor = 10;
+inline constexpr std::size_t kExpansionAllowance = std::size_t{16} << 20;
+inline constexpr std::size_t kMaxExternalFileBytes = std::size_t{256} << 20;
 
 struct ParseIssues {
     std::string error;  // the first reason the load fails; empty when it does not
@@ -60,7 +70,8 @@ public:
     ParseHandler& handler() { return *handler_; }
     void setHandler(ParseHandler& handler) { handler_ = &handler; }
 
-    // Stops the parse with an error at the current line and column.
+    // Stops the parse with an error at the current line and column (of the
+    // DTD or entity being read, when that is where the parse is).
     void fail(const std::string& message);
     void warn(const std::string& message);  // at the current line and column
     bool failed() const { return !issues_.error.empty(); }
@@ -84,8 +95,17 @@ private:
     ParseHandler* handler_;
     xmlParserCtxtPtr parser_ = nullptr;
     int fd_ = -1;
+    std::string location() const;
+    bool inDocument() const;  // false while the DTD or an external entity is read  // "FILE:LINE:COLUMN" of the current input
     ParseIssues issues_;
-    std::string lastIoMessage_;  // why the last external resource could not be read
+    std::string uri_;     // the document as libxml2 knows it
+    std::string folder_;  // the document's folder, links resolved: external files must lie in it
+    std::size_t inputBytes_ = 0;  // read so far: the file, its DTD and entities
+    std::size_t delivered_ = 0;   // text and attribute bytes handed on
+    int depth_ = 0;
+    bool loadingSubset_ = false;  // the DTD named by the DOCTYPE is being opened
+    std::string subsetRefusal_;   // why that DTD was not read
+    std::string entity_;          // the entity last referenced, for messages: "name" (system id)
     std::string genericMessage_;  // libxml2's unstructured messages, pieced together
     std::vector<std::string> fatalMessages_;
     std::vector<std::string> errorMessages_;
