@@ -2,11 +2,13 @@
 
 #include "cli/Home.h"
 #include "cli/HtmlRendering.h"
+#include "cli/Outputs.h"
+#include "cli/Signals.h"
 #include "host/headless/HostPaths.h"
 #include "host/headless/persist/Persist.h"
+#include "plugin/CommandTable.h"
 
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 
 namespace voka::cli {
@@ -71,46 +73,68 @@ Rendering renderingFor(Session& session, const headless::Document& doc, const st
     return rendering;
 }
 
-bool writeFile(const fs::path& path, const std::string& content) {
-    std::ofstream out(path, std::ios::binary);
-    out << content;
-    out.close();
-    if (!out) std::cerr << "voka: cannot write " << path.string() << "\n";
-    return static_cast<bool>(out);
-}
-
-// Saves the document in the host's full form and its HTML picture into `dir`.
-bool writeOutputs(Session& session, Handle doc, const fs::path& dir, std::vector<std::string>& pages) {
-    headless::Document* model = session.host().mutableDocument(doc);
-    if (!model) return false;
-    std::string name = headless::fileNameOf(session.host().path(doc));
-    std::string stem = fs::path(name).stem().string();
-    if (stem.empty()) stem = "untitled";
-
-    headless::SaveResult saved =
-        headless::saveDocument(*model, (dir / (stem + ".voka.xml")).string(), headless::SaveForm::Full);
+// Saves the document in the host's full form and its HTML picture, each
+// atomically; stops, leaving nothing half-written, when a cancel comes.
+int writeOutputs(Session& session, const DocumentOutputs& outputs, const std::string& outputFolder) {
+    headless::Document* model = session.host().mutableDocument(outputs.doc);
+    if (!model) return kExitFailed;
+    std::string problem;
+    if (!makeFoldersFor(outputFolder, outputs.saved, problem)) {
+        std::cerr << "voka: " << problem << "\n";
+        return kExitFailed;
+    }
+    if (cancelRequested()) return kExitCancelled;
+    headless::SaveResult saved = headless::saveDocument(*model, outputs.saved, headless::SaveForm::Full);
     if (!saved.ok) {
         std::cerr << "voka: " << saved.error << "\n";
-        return false;
+        return kExitFailed;
     }
+    std::cout << outputs.saved << "\n";
     model->applyCuts();  // the rendering reads element offsets directly
-    std::string page = stem + ".html";
-    std::ofstream html(dir / page, std::ios::binary);
-    if (!html || !renderHtml(*model, renderingFor(session, *model, name), html)) {
-        std::cerr << "voka: cannot write " << (dir / page).string() << "\n";
-        return false;
+    const Rendering rendering = renderingFor(session, *model, fs::path(outputs.input).filename().string());
+    const bool written = writeAtomically(
+        outputs.page,
+        [&](const std::function<bool(std::string_view)>& sink) {
+            return renderHtml(*model, rendering, [&](std::string_view piece) { return !cancelRequested() && sink(piece); });
+        },
+        problem);
+    if (cancelRequested()) return kExitCancelled;
+    if (!written) {
+        std::cerr << "voka: " << (problem.empty() ? "cannot write " + outputs.page : problem) << "\n";
+        return kExitFailed;
     }
-    pages.push_back(page);
-    std::cout << (dir / (stem + ".voka.xml")).string() << "\n" << (dir / page).string() << "\n";
-    return true;
+    std::cout << outputs.page << "\n";
+    return kExitOk;
 }
 
-std::string indexPage(const std::vector<std::string>& pages, const std::string& title) {
-    std::string html = "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>" + title +
-                       "</title></head><body>\n<h1>" + title + "</h1>\n<ul>\n";
-    for (const std::string& page : pages) html += "<li><a href=\"" + page + "\">" + page + "</a></li>\n";
+std::string indexPage(const OutputPlan& plan, const std::string& title) {
+    std::string html = "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\">\n";
+    html += kPagePolicy;
+    html += "\n";
+    html += kGeneratorMark;
+    html += "\n<title>";
+    appendHtmlEscaped(html, title);
+    html += "</title></head><body>\n<h1>";
+    appendHtmlEscaped(html, title);
+    html += "</h1>\n<ul>\n";
+    for (const DocumentOutputs& outputs : plan.documents) {
+        const std::string relative = fs::path(outputs.page).lexically_relative(plan.folder).generic_string();
+        html += "<li><a href=\"" + urlEncodedPath(relative) + "\">";
+        appendHtmlEscaped(html, relative);
+        html += "</a></li>\n";
+    }
     html += "</ul>\n</body></html>\n";
     return html;
+}
+
+// Every file the run reads, the documents among them, for planning outputs.
+std::vector<PlannedInput> inputsOf(Session& session, Handle target, const std::string& file) {
+    std::vector<PlannedInput> inputs;
+    const bool book = objectType(target) == kBookObject;
+    if (book) inputs.push_back({kNoObject, file});
+    for (Handle doc : book ? session.bookDocuments(target) : std::vector<Handle>{target})
+        inputs.push_back({doc, headless::toSystemPath(session.host().path(doc))});
+    return inputs;
 }
 
 }  // namespace
@@ -134,6 +158,11 @@ int runMenuCommand(Session& session, const std::string& tag, const std::string& 
         std::cerr << "voka: no command " << tag << "; 'voka menus' lists them\n";
         return kExitUsage;
     }
+    for (const CommandEntry& entry : commandTable()) {
+        if (entry.tag != tag || entry.handler != nullptr) continue;
+        std::cerr << "voka: " << tag << " (" << entry.label << ") is not in this version of the plug-in yet\n";
+        return kExitFailed;
+    }
     session.plugin().state().lastCommandResult = 1;
     session.host().invokeCommand(tag);
     return exitCodeOf(session.plugin().state().lastCommandResult);
@@ -143,35 +172,42 @@ int colorFiles(Session& session, const ColorRequest& request) {
     std::string file = request.file.empty() ? exampleBook() : request.file;
     Handle target = session.openFile(file);
     if (target == kNoObject) return kExitBadInput;
+    if (cancelRequested()) return kExitCancelled;
     bool book = objectType(target) == kBookObject;
     if (!book) session.host().setActiveDocument(target);
+
+    // Checked before any work, so that a refusal costs nothing and changes nothing.
+    const OutputPlan plan = planOutputs(request.outDir, inputsOf(session, target, file));
+    if (!plan.problem.empty()) {
+        std::cerr << "voka: " << plan.problem << " (choose another --out)\n";
+        return kExitUsage;
+    }
 
     const char* command = request.uncolor ? (book ? "vkp_UnColorBook" : "vkp_UnColorDoc")
                                           : (book ? "vkp_ColorBook" : "vkp_ColorDoc");
     session.plugin().state().lastCommandResult = 0;
     session.host().invokeCommand(command);
     int result = session.plugin().state().lastCommandResult;
+    // A book whose chapters did not all open ends with 4 whatever came after.
+    const int unopened = session.unopenedChapters() ? kExitBadInput : kExitOk;
     if (result != 1) {
         std::cerr << "voka: " << (request.uncolor ? "uncoloring" : "coloring") << " " << file
                   << " did not complete (result " << result << ")\n";
-        return exitCodeOf(result);
+        return unopened ? unopened : exitCodeOf(result);
     }
-
-    std::error_code ec;
-    fs::path dir = request.outDir;
-    fs::create_directories(dir, ec);
-    if (!fs::is_directory(dir, ec)) {
-        std::cerr << "voka: cannot create the output folder " << dir.string() << "\n";
+    for (const DocumentOutputs& outputs : plan.documents) {
+        if (cancelRequested()) return kExitCancelled;
+        if (int code = writeOutputs(session, outputs, plan.folder); code != kExitOk) return code;
+    }
+    std::string problem;
+    const std::string title = fs::path(file).filename().string();
+    if (cancelRequested()) return kExitCancelled;
+    if (!writeAtomically(plan.index, [&](const auto& sink) { return sink(indexPage(plan, title)); }, problem)) {
+        std::cerr << "voka: " << problem << "\n";
         return kExitFailed;
     }
-    std::vector<Handle> documents = book ? session.bookDocuments(target) : std::vector<Handle>{target};
-    std::vector<std::string> pages;
-    for (Handle doc : documents)
-        if (!writeOutputs(session, doc, dir, pages)) return kExitFailed;
-    std::string title = fs::path(file).filename().string();
-    if (!writeFile(dir / "index.html", indexPage(pages, title))) return kExitFailed;
-    std::cout << (dir / "index.html").string() << "\n";
-    return kExitOk;
+    std::cout << plan.index << "\n";
+    return unopened;
 }
 
 int showInfo(Session& session, const std::vector<std::string>& files) {
@@ -182,6 +218,7 @@ int showInfo(Session& session, const std::vector<std::string>& files) {
             code = kExitBadInput;
             continue;
         }
+        if (session.unopenedChapters()) code = kExitBadInput;
         std::vector<Handle> documents{object};
         if (objectType(object) == kBookObject) {
             std::cout << "book " << file << "\n";

@@ -21,9 +21,18 @@ void appendEscaped(std::string& out, std::string_view text) {
         case '>': out += "&gt;"; break;
         case '&': out += "&amp;"; break;
         case '"': out += "&quot;"; break;
+        case '\'': out += "&#39;"; break;
         default: out += c;
         }
     }
+}
+
+// A colour from a document goes into a style only as #RGB or #RRGGBB hex:
+// anything else could carry markup or CSS of its own.
+std::string cssColor(std::string_view rgb) {
+    const bool hex = (rgb.size() == 4 || rgb.size() == 7) && rgb[0] == '#' &&
+                     std::all_of(rgb.begin() + 1, rgb.end(), [](char c) { return std::isxdigit(static_cast<unsigned char>(c)); });
+    return hex ? std::string(rgb) : std::string();
 }
 
 template <class Value>
@@ -43,14 +52,15 @@ std::uint32_t nextBoundary(const std::map<std::uint32_t, Value>& runs, std::uint
 
 class Renderer {
 public:
-    Renderer(const Document& doc, std::string& out, std::ostream& sink) : doc_(doc), out_(out), sink_(sink) {}
+    Renderer(const Document& doc, std::string& out, const PageSink& sink) : doc_(doc), out_(out), sink_(sink) {}
+    bool failed() const { return failed_; }
 
     void flow(const Flow& flow) {
         flow_ = &flow;
         out_ += "<section class=\"flow\" data-flow=\"";
         appendEscaped(out_, flow.name);
         out_ += "\">\n";
-        if (flow.root != kNil) element(flow.root, false);
+        if (flow.root != kNil) element(flow.root);
         out_ += "</section>\n";
     }
 
@@ -79,38 +89,59 @@ private:
         return scan(at, e.end);
     }
 
-    void element(Index index, bool inlineLayout) {
-        const Element& e = doc_.elements[index];
-        const std::string& tag = e.definition < doc_.definitions.size() ? doc_.definitions[e.definition].tag : "";
-        const char* box = inlineLayout ? "span" : "div";
-        out_ += '<';
-        out_ += box;
+    // Depth-first with a stack of its own: a document may nest as deep as the
+    // loader allows, far deeper than the call stack would take.
+    void element(Index root) {
+        struct Open {
+            Index index;
+            Index nextChild;
+            std::uint32_t at;     // text before nextChild starts here
+            bool inlineLayout;    // this element is laid out inline
+            bool childrenInline;  // and so are its children
+        };
+        std::vector<Open> open;
+        auto enter = [&](Index index, bool inlineLayout) {
+            const Element& e = doc_.elements[index];
+            startBox(e, inlineLayout);
+            open.push_back(Open{index, e.firstChild, e.begin, inlineLayout, hasOwnText(e)});
+        };
+        enter(root, false);
+        while (!open.empty()) {
+            Open& top = open.back();
+            if (top.nextChild != kNil) {
+                const Index child = top.nextChild;
+                text(top.at, doc_.elements[child].begin);
+                top.at = doc_.elements[child].end;
+                top.nextChild = doc_.elements[child].nextSibling;
+                enter(child, top.childrenInline);
+                continue;
+            }
+            text(top.at, doc_.elements[top.index].end);
+            endBox(top.inlineLayout);
+            open.pop_back();
+            if (out_.size() > kFlushAt) flush();
+        }
+    }
+
+    void startBox(const Element& e, bool inlineLayout) {
+        const std::string& tag = e.definition < doc_.definitions.size() ? doc_.definitions[e.definition].tag : kNoTag;
+        out_ += inlineLayout ? "<span" : "<div";
         out_ += " class=\"el\" data-el=\"";
         out_ += std::to_string(e.unique);
         out_ += "\" data-tag=\"";
         appendEscaped(out_, tag);
         out_ += "\">";
-        if (!inlineLayout) {
-            out_ += "<span class=\"tag\">";
-            appendEscaped(out_, tag);
-            out_ += "</span>";
-        }
-        bool childrenInline = hasOwnText(e);
-        std::uint32_t at = e.begin;
-        for (Index c = e.firstChild; c != kNil; c = doc_.elements[c].nextSibling) {
-            text(at, doc_.elements[c].begin);
-            element(c, childrenInline);
-            at = doc_.elements[c].end;
-        }
-        text(at, e.end);
-        out_ += "</";
-        out_ += box;
-        out_ += ">";
-        if (!inlineLayout) out_ += '\n';
-        if (out_.size() > kFlushAt) {
-            sink_ << out_;
-            out_.clear();
-        }
+        if (inlineLayout) return;
+        out_ += "<span class=\"tag\">";
+        appendEscaped(out_, tag);
+        out_ += "</span>";
+    }
+
+    void endBox(bool inlineLayout) { out_ += inlineLayout ? "</span>" : "</div>\n"; }
+
+    void flush() {
+        if (!sink_(out_)) failed_ = true;
+        out_.clear();
     }
 
     static constexpr std::size_t kFlushAt = 1 << 20;
@@ -135,8 +166,10 @@ private:
         std::string style;
         std::string data;
         if ((format->set & CharFormat::kColor) && format->color < doc_.colors.size()) {
-            style += "color:" + doc_.colors[format->color].rgb + ";";
-            data += " data-color=\"" + doc_.colors[format->color].name + "\"";
+            if (const std::string rgb = cssColor(doc_.colors[format->color].rgb); !rgb.empty()) style += "color:" + rgb + ";";
+            data += " data-color=\"";
+            appendEscaped(data, doc_.colors[format->color].name);
+            data += "\"";
         }
         std::string lines;
         std::string lineStyle;
@@ -167,10 +200,12 @@ private:
         out_ += "</span>";
     }
 
+    static inline const std::string kNoTag;
     const Document& doc_;
     std::string& out_;
-    std::ostream& sink_;
+    const PageSink& sink_;
     const Flow* flow_ = nullptr;
+    bool failed_ = false;
 };
 
 void legend(std::string& out, const Rendering& rendering) {
@@ -181,7 +216,8 @@ void legend(std::string& out, const Rendering& rendering) {
     int position = 0;
     for (const LegendRule& rule : rendering.legend) {
         out += "<tr><td>" + std::to_string(++position) + "</td><td>";
-        if (!rule.rgb.empty()) out += "<span class=\"swatch\" style=\"background:" + rule.rgb + "\"></span> ";
+        if (const std::string rgb = cssColor(rule.rgb); !rgb.empty())
+            out += "<span class=\"swatch\" style=\"background:" + rgb + "\"></span> ";
         appendEscaped(out, rule.name);
         if (rule.rgb.empty() && rule.name != "<refresh EDD>" && rule.name != "<skip>")
             out += " <em>(not in the document)</em>";
@@ -206,10 +242,14 @@ const char* styleLabel(int style) {
     return style >= 0 && style <= 7 ? kLabels[style] : kLabels[0];
 }
 
-bool renderHtml(const Document& doc, const Rendering& rendering, std::ostream& sink) {
+bool renderHtml(const Document& doc, const Rendering& rendering, const PageSink& sink) {
     std::string out;
     out.reserve(2 << 20);
-    out += "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\"><title>";
+    out += "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\">\n";
+    out += kPagePolicy;
+    out += "\n";
+    out += kGeneratorMark;
+    out += "\n<title>";
     appendEscaped(out, rendering.title);
     out += "</title>\n<style>\n"
            "body{font-family:sans-serif;margin:2em;line-height:1.6}\n"
@@ -225,9 +265,36 @@ bool renderHtml(const Document& doc, const Rendering& rendering, std::ostream& s
     Renderer renderer(doc, out, sink);
     for (const Flow& flow : doc.flows) renderer.flow(flow);
     out += "</body></html>\n";
-    sink << out;
-    sink.flush();
-    return static_cast<bool>(sink);
+    return sink(out) && !renderer.failed();
+}
+
+bool renderHtml(const Document& doc, const Rendering& rendering, std::ostream& out) {
+    return renderHtml(doc, rendering, [&](std::string_view piece) { return static_cast<bool>(out.write(piece.data(), static_cast<std::streamsize>(piece.size()))); }) &&
+           static_cast<bool>(out.flush());
+}
+
+const char* const kPagePolicy =
+    "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'; "
+    "img-src 'none'; form-action 'none'\">";
+
+const char* const kGeneratorMark = "<meta name=\"generator\" content=\"voka\">";
+
+void appendHtmlEscaped(std::string& out, std::string_view text) { appendEscaped(out, text); }
+
+std::string urlEncodedPath(std::string_view path) {
+    static const char kHex[] = "0123456789ABCDEF";
+    std::string out;
+    for (unsigned char c : path) {
+        const bool plain = std::isalnum(c) || c == '-' || c == '.' || c == '_' || c == '~' || c == '/';
+        if (plain) {
+            out += static_cast<char>(c);
+            continue;
+        }
+        out += '%';
+        out += kHex[c >> 4];
+        out += kHex[c & 15];
+    }
+    return out;
 }
 
 }  // namespace voka::cli

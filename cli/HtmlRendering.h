@@ -6,8 +6,10 @@
 
 #include "host/headless/Model.h"
 
+#include <functional>
 #include <ostream>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace voka::cli {
@@ -27,9 +29,24 @@ struct Rendering {
     std::vector<LegendRule> legend;
 };
 
-// Writes the page to `out` as it goes, so a million-element document is never
-// held as one string. False when writing failed.
+// Takes the page a piece at a time; false when the piece could not be written.
+using PageSink = std::function<bool(std::string_view)>;
+
+// Writes the page as it goes, so a million-element document is never held
+// as one string. Everything from the document is escaped and colours are
+// used only as hex values; the page carries a policy that runs no script and
+// loads nothing. False when writing failed.
+bool renderHtml(const headless::Document& doc, const Rendering& rendering, const PageSink& sink);
 bool renderHtml(const headless::Document& doc, const Rendering& rendering, std::ostream& out);
+
+// The Content-Security-Policy every page voka writes carries.
+extern const char* const kPagePolicy;
+// The mark in every page's head by which voka knows a page it may replace.
+extern const char* const kGeneratorMark;
+// Text or an attribute value as HTML: & < > " ' escaped.
+void appendHtmlEscaped(std::string& out, std::string_view text);
+// A relative path for an href, every byte but letters, digits, - . _ ~ and / percent-encoded.
+std::string urlEncodedPath(std::string_view path);
 
 // The label the scheme editor shows for a style number.
 const char* styleLabel(int style);

@@ -3,20 +3,13 @@
 #include "cli/Home.h"
 #include "host/headless/HostPaths.h"
 
-#include <csignal>
+#include "cli/Signals.h"
+
 #include <filesystem>
 #include <iostream>
 
 namespace voka::cli {
 namespace {
-
-// Ctrl-C asks to cancel, as Esc does in the host; a second one ends voka.
-volatile std::sig_atomic_t interrupted = 0;
-
-void onInterrupt(int) {
-    if (interrupted) std::_Exit(130);
-    interrupted = 1;
-}
 
 // --quiet: the status dialog prints nothing at all. A long interval alone
 // still lets its first line through.
@@ -37,14 +30,10 @@ bool Session::start() {
     if (std::string problem = prepareHome(home_, defaultHomeUsed); !problem.empty())
         std::cerr << "voka: " << problem << "\n";
 
-    std::signal(SIGINT, onInterrupt);
+    installCancelSignals();
     headless::BatchOptions batch = std::move(options_.batch);
     batch.yes = options_.yes;
-    batch.cancelRequested = [] {
-        bool was = interrupted != 0;
-        interrupted = 0;
-        return was;
-    };
+    batch.cancelRequested = cancelRequested;  // Ctrl-C is Esc, and the user means it
     if (options_.quiet) agent_ = std::make_unique<QuietAgent>(std::cerr, std::move(batch));
     else agent_ = std::make_unique<headless::BatchAgent>(std::cerr, std::move(batch));
 
@@ -76,11 +65,14 @@ Handle Session::openFile(const std::string& systemPath) {
         return kNoObject;
     }
     if (objectType(object) != kBookObject) return object;
-    for (Handle component = host_->firstComponent(object); component != kNoObject;
+    for (Handle component = host_->firstComponent(object); component != kNoObject && !cancelRequested();
          component = host_->nextComponent(object, component)) {
         std::string path = host_->componentPath(object, component);
-        if (host_->open(path, params) == kNoObject)
-            std::cerr << "voka: cannot open the book's chapter " << headless::toDisplayText(path) << "\n";
+        if (host_->open(path, params) != kNoObject) continue;
+        ++unopenedChapters_;
+        std::error_code missing;
+        std::cerr << "voka: cannot open the book's chapter " << headless::toDisplayText(path)
+                  << (std::filesystem::exists(headless::toSystemPath(path), missing) ? "" : ": no such file") << "\n";
     }
     host_->setActiveBook(object);
     return object;

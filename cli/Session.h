@@ -42,6 +42,8 @@ public:
     // component. Returns the handle, or 0 after printing why.
     Handle openFile(const std::string& systemPath);
     std::vector<Handle> bookDocuments(Handle book);
+    // Chapters of the books opened that could not be opened.
+    int unopenedChapters() const { return unopenedChapters_; }
 
     headless::HeadlessHost& host() { return *host_; }
     headless::BatchAgent& agent() { return *agent_; }
@@ -53,6 +55,7 @@ private:
     std::unique_ptr<headless::BatchAgent> agent_;
     std::unique_ptr<headless::HeadlessHost> host_;
     std::unique_ptr<Plugin> plugin_;
+    int unopenedChapters_ = 0;
 };
 
 }  // namespace voka::cli

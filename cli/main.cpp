@@ -69,7 +69,12 @@ int main(int argc, char** argv) {
     auto* info = app.add_subcommand("info", "Show what the host holds for documents and books");
     info->add_option("FILE", infoFiles, "Documents or books")->required();
 
-    CLI11_PARSE(app, argc, argv);
+    // CLI11 tells a bad command line by exceptions and codes of its own; voka's is 2.
+    try {
+        app.parse(argc, argv);
+    } catch (const CLI::ParseError& error) {
+        return app.exit(error) == 0 ? ExitCode::kExitOk : ExitCode::kExitUsage;
+    }
 
     for (const std::string& text : dialogScripts) {
         DialogScript script;

@@ -61,8 +61,10 @@ void runCommand(Host& host, PluginState& state, int number) {
     // A command without a result code of its own counts as done.
     state.lastCommandResult = 0;
     if (entry->overrideWarning && !confirmOverrideWarning(host, state)) return;
+    // A command whose handler is not built yet did nothing, and says so by its result.
+    if (entry->handler == nullptr) return;
     state.lastCommandResult = 1;
-    if (entry->handler != nullptr) entry->handler(host, state);
+    entry->handler(host, state);
 }
 
 }  // namespace voka

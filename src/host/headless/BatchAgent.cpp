@@ -74,6 +74,13 @@ int BatchAgent::alert(const std::string& message, AlertKind kind) {
         print(message);
         return 0;
     }
+    // The question that follows a cancel request asks to confirm it: the user
+    // who pressed Ctrl-C has answered it already.
+    if (confirmCancel_) {
+        confirmCancel_ = false;
+        print(message + "\n[answered Yes: cancelled]");
+        return 0;
+    }
     print(message + (options_.yes ? "\n[answered Yes]" : "\n[answered No]"));
     return options_.yes ? 0 : 1;
 }
@@ -102,7 +109,9 @@ int BatchAgent::chooseFile(const std::string& title, const std::string& director
 }
 
 bool BatchAgent::userCancelled(std::uint64_t elementSteps) {
-    return options_.cancelRequested && options_.cancelRequested();
+    if (!options_.cancelRequested || !options_.cancelRequested()) return false;
+    confirmCancel_ = true;
+    return true;
 }
 
 // Chooses an entry of a pop-up or list by its text; when the dialog offers

@@ -40,7 +40,7 @@ struct BatchOptions {
     std::map<std::string, std::string> promptAnswers;  // by the prompt's text
     std::map<std::string, std::string> fileAnswers;    // by the chooser's title; POSIX paths
     std::vector<DialogScript> dialogs;                 // used in order, the first that matches
-    std::function<bool()> cancelRequested;             // polled as Esc (Ctrl-C)
+    std::function<bool()> cancelRequested;             // polled as Esc (Ctrl-C); Yes to the question that follows
     std::chrono::milliseconds progressInterval{1000};
 };
 
@@ -69,6 +69,7 @@ private:
     std::chrono::steady_clock::time_point lastProgress_{};
     std::string lastProgressLine_;
     int errors_ = 0;
+    bool confirmCancel_ = false;  // the next question confirms a cancel the user asked for
 };
 
 }  // namespace voka::headless

@@ -1,0 +1,183 @@
+#include "cli/Outputs.h"
+
+#include "cli/HtmlRendering.h"
+#include "host/headless/persist/AtomicFile.h"
+
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
+#include <filesystem>
+#include <set>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace voka::cli {
+namespace fs = std::filesystem;
+
+namespace {
+
+bool checkFolders(const std::string& outputFolder, const std::string& path, bool make, std::string& problem);
+
+fs::path absoluteNormal(const std::string& path) {
+    std::error_code ec;
+    return fs::absolute(path, ec).lexically_normal();
+}
+
+// The deepest folder that holds every input.
+fs::path commonFolder(const std::vector<PlannedInput>& inputs) {
+    fs::path common;
+    for (const PlannedInput& input : inputs) {
+        fs::path folder = absoluteNormal(input.path).parent_path();
+        if (common.empty()) {
+            common = folder;
+            continue;
+        }
+        fs::path shared;
+        for (auto a = common.begin(), b = folder.begin(); a != common.end() && b != folder.end() && *a == *b; ++a, ++b)
+            shared /= *a;
+        common = shared;
+    }
+    return common;
+}
+
+std::string readHead(const std::string& path, std::size_t bytes) {
+    std::string head(bytes, '\0');
+    int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOFOLLOW);
+    if (fd < 0) return "";
+    ssize_t n = ::read(fd, head.data(), head.size());
+    ::close(fd);
+    head.resize(n > 0 ? static_cast<std::size_t>(n) : 0);
+    return head;
+}
+
+// An existing file at an output's place may be replaced only when voka wrote it.
+bool writtenByVoka(const std::string& path) {
+    const std::string head = readHead(path, 2048);
+    return head.find("<voka-document") != std::string::npos || head.find(kGeneratorMark) != std::string::npos;
+}
+
+struct FileId {
+    dev_t device;
+    ino_t inode;
+    bool operator<(const FileId& other) const {
+        return device != other.device ? device < other.device : inode < other.inode;
+    }
+};
+
+// Why `path` may not be written, or "".
+std::string refusal(const std::string& outputFolder, const std::string& path, const std::set<FileId>& inputs) {
+    std::string problem;
+    if (!checkFolders(outputFolder, path, false, problem)) return problem;
+    struct stat info {};
+    if (::lstat(path.c_str(), &info) != 0) return "";
+    if (S_ISLNK(info.st_mode)) return "will not write " + path + ": it is a symbolic link";
+    if (inputs.count(FileId{info.st_dev, info.st_ino})) return "will not write " + path + ": it is one of the inputs";
+    if (!S_ISREG(info.st_mode)) return "will not write " + path + ": something other than a file is there";
+    if (!writtenByVoka(path)) return "will not replace " + path + ": voka did not write it";
+    return "";
+}
+
+}  // namespace
+
+OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput>& inputs) {
+    OutputPlan plan;
+    const fs::path out = absoluteNormal(folder);
+    plan.folder = out.string();
+    plan.index = (out / "index.html").string();
+    const fs::path base = commonFolder(inputs);
+    std::set<std::string> taken{plan.index};
+    std::set<FileId> inputIds;
+    for (const PlannedInput& input : inputs) {
+        struct stat info {};
+        if (::stat(input.path.c_str(), &info) == 0) inputIds.insert(FileId{info.st_dev, info.st_ino});
+    }
+    for (const PlannedInput& input : inputs) {
+        if (input.doc == kNoObject) continue;
+        const fs::path file = absoluteNormal(input.path);
+        const fs::path dir = (out / file.parent_path().lexically_relative(base)).lexically_normal();
+        std::string stem = file.stem().string();
+        if (stem.empty()) stem = "untitled";
+        const std::string name = file.filename().string();
+        std::string chosen;
+        for (int attempt = 0; chosen.empty(); ++attempt) {
+            const std::string candidate = attempt == 0   ? stem
+                                          : attempt == 1 ? name
+                                                         : name + "-" + std::to_string(attempt);
+            const std::string page = (dir / (candidate + ".html")).string();
+            const std::string saved = (dir / (candidate + ".voka.xml")).string();
+            if (!taken.count(page) && !taken.count(saved)) chosen = candidate;
+        }
+        DocumentOutputs outputs{input.doc, file.string(), (dir / (chosen + ".voka.xml")).string(),
+                                (dir / (chosen + ".html")).string()};
+        taken.insert(outputs.saved);
+        taken.insert(outputs.page);
+        plan.documents.push_back(outputs);
+    }
+    for (const DocumentOutputs& outputs : plan.documents)
+        for (const std::string* path : {&outputs.saved, &outputs.page})
+            if (plan.problem.empty()) plan.problem = refusal(plan.folder, *path, inputIds);
+    if (plan.problem.empty()) plan.problem = refusal(plan.folder, plan.index, inputIds);
+    return plan;
+}
+
+bool makeFoldersFor(const std::string& outputFolder, const std::string& path, std::string& problem) {
+    std::error_code ec;
+    fs::create_directories(outputFolder, ec);
+    return checkFolders(outputFolder, path, true, problem);
+}
+
+namespace {
+
+// The folders between the output folder and `path`: each one there must be a
+// real folder; missing ones are made when `make` says so.
+bool checkFolders(const std::string& outputFolder, const std::string& path, bool make, std::string& problem) {
+    const fs::path relative = fs::path(path).parent_path().lexically_relative(outputFolder);
+    fs::path at = outputFolder;
+    for (const fs::path& part : relative) {
+        if (part == ".") continue;
+        at /= part;
+        struct stat info {};
+        if (::lstat(at.c_str(), &info) == 0) {
+            if (S_ISLNK(info.st_mode)) {
+                problem = "will not write into " + at.string() + ": it is a symbolic link";
+                return false;
+            }
+            if (!S_ISDIR(info.st_mode)) {
+                problem = "cannot make the folder " + at.string() + ": a file is there";
+                return false;
+            }
+            continue;
+        }
+        if (!make) return true;
+        if (::mkdir(at.c_str(), 0777) != 0 && errno != EEXIST) {
+            problem = "cannot make the folder " + at.string() + ": " + std::strerror(errno);
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+bool writeAtomically(const std::string& path, const ContentWriter& write, std::string& problem) {
+    headless::AtomicFile file;
+    if (!headless::beginAtomicFile(path, file, problem)) return false;
+    int error = 0;
+    auto sink = [&](std::string_view piece) {
+        while (!piece.empty() && error == 0) {
+            ssize_t n = ::write(file.fd, piece.data(), piece.size());
+            if (n < 0 && errno == EINTR) continue;
+            if (n <= 0) error = n < 0 ? errno : EIO;
+            else piece.remove_prefix(static_cast<std::size_t>(n));
+        }
+        return error == 0;
+    };
+    if (!write(sink) || error != 0) {
+        headless::abandonAtomicFile(file);
+        if (error != 0) problem = "cannot write " + path + ": " + std::strerror(error);
+        return false;
+    }
+    return headless::commitAtomicFile(file, problem);
+}
+
+}  // namespace voka::cli

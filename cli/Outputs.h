@@ -1,0 +1,50 @@
+// Where voka writes what it made, and how. Every output lies under the
+// output folder at its input's path relative to the inputs' common folder,
+// under a name no other output of the run takes (`ch.html` and
+// `ch.voka.xml`, or `ch.dita.html` ... when two inputs share a stem); the
+// book's index is `index.html`, which no document's outputs are called.
+// Nothing is written over an input, over a file voka did not write, or
+// through a symbolic link; every file is written atomically.
+#pragma once
+
+#include "host/Host.h"
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace voka::cli {
+
+struct DocumentOutputs {
+    Handle doc = kNoObject;
+    std::string input;  // the document's file
+    std::string saved;  // the full-form copy
+    std::string page;   // its HTML picture
+};
+
+struct OutputPlan {
+    std::string folder;
+    std::vector<DocumentOutputs> documents;
+    std::string index;    // the index page
+    std::string problem;  // why nothing may be written; empty when all is well
+};
+
+struct PlannedInput {
+    Handle doc = kNoObject;  // kNoObject for a file that only was read (a book file)
+    std::string path;        // system path
+};
+
+// Plans the outputs of `inputs` in `folder` and checks that they may be written.
+OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput>& inputs);
+
+// Makes the folders between the output folder and `path`; false and a reason
+// when one cannot be made or is a symbolic link.
+bool makeFoldersFor(const std::string& outputFolder, const std::string& path, std::string& problem);
+
+// Writes a file atomically from what `write` hands its sink; `write` returns
+// false (or the sink fails) to abandon it, leaving nothing behind.
+using ContentWriter = std::function<bool(const std::function<bool(std::string_view)>& sink)>;
+bool writeAtomically(const std::string& path, const ContentWriter& write, std::string& problem);
+
+}  // namespace voka::cli
