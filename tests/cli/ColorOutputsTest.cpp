@@ -88,7 +88,8 @@ TEST_F(VokaColor, ColoringAgainWithAnotherSchemeLeavesOnlyThatSchemesColours) {
 
     for (const char* chapter : kChapters) {
         SCOPED_TRACE(chapter);
-        auto recoloured = load(again + "/" + chapter + ".voka.voka.xml");
+        // Outputs keep the inputs' places below the book's folder.
+        auto recoloured = load(again + "/coloured/" + chapter + ".voka.voka.xml");
         auto fresh = load(direct + "/" + chapter + ".voka.xml");
         ASSERT_TRUE(recoloured && fresh);
         EXPECT_EQ("", lookDifferences(*fresh, *recoloured))
@@ -101,8 +102,10 @@ TEST_F(VokaColor, UncolorRemovesEveryColourAndStyleFromAChapterAndABook) {
     struct Case {
         std::string input;
         std::vector<std::string> chapters;
+        std::string folder;  // of the outputs, below --out
     };
-    for (const Case& c : {Case{coloured() + "/03-configure.voka.xml", {"03-configure"}}, Case{colouredBook(), kAllChapters}}) {
+    for (const Case& c : {Case{coloured() + "/03-configure.voka.xml", {"03-configure"}, ""},
+                          Case{colouredBook(), kAllChapters, "/coloured"}}) {
         SCOPED_TRACE(c.input);
         const std::string out = *scratch / ("plain-" + std::to_string(c.chapters.size()));
         ProcessResult run = runVoka(home(), {"uncolor", c.input, "--out", out});
@@ -115,7 +118,7 @@ TEST_F(VokaColor, UncolorRemovesEveryColourAndStyleFromAChapterAndABook) {
         for (const std::string& chapter : c.chapters) {
             SCOPED_TRACE(chapter);
             auto before = load(coloured() + "/" + chapter + ".voka.xml");
-            auto after = load(out + "/" + chapter + ".voka.voka.xml");
+            auto after = load(out + c.folder + "/" + chapter + ".voka.voka.xml");
             ASSERT_TRUE(before && after);
             ASSERT_EQ(before->flows.size(), after->flows.size());
             for (std::size_t f = 0; f < after->flows.size(); ++f) {

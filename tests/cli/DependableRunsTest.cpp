@@ -1,0 +1,231 @@
+// voka on hostile or awkward input and output folders, as a user and an
+// attacker would try it: every exit code, nothing read from outside the
+// document's folder, nothing of the user's overwritten, outputs that never
+// collide, pages that run no script, and a cancel that leaves no debris.
+#include "Cli.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <csignal>
+#include <fcntl.h>
+#include <filesystem>
+#include <functional>
+#include <sys/wait.h>
+#include <thread>
+#include <unistd.h>
+
+namespace voka::test {
+namespace {
+namespace fs = std::filesystem;
+
+constexpr const char* kSecret = "TOP-SECRET-4711";
+
+std::string chapter(const std::string& body) {
+    return "<?xml version=\"1.0\"?>\n<chapter><title>T</title><p audience=\"novice\">" + body + "</p></chapter>\n";
+}
+
+// Every file under `folder` with its content, for checking that nothing changed.
+std::map<std::string, std::string> snapshot(const std::string& folder) {
+    std::map<std::string, std::string> files;
+    std::istringstream listing(fileListing(folder));
+    for (std::string name; std::getline(listing, name);) files[name] = readFile(folder + "/" + name);
+    return files;
+}
+
+class DependableRuns : public testing::Test {
+protected:
+    void SetUp() override { ASSERT_EQ("", installHome(home)); }
+    ScratchFolder scratch;
+    const std::string home = scratch / "home", in = scratch / "in", out = scratch / "out";
+};
+
+TEST_F(DependableRuns, EveryExitCodeAsReadmeSaysAndNothingLeaksOrIsLost) {
+    struct Case {
+        const char* name;
+        std::function<void(const std::string& in)> prepare;
+        std::vector<std::string> args;  // @IN@ and @OUT@ stand for the folders
+        int exit;
+        const char* said;  // on standard error
+    };
+    auto files = [](std::vector<std::pair<std::string, std::string>> list) {
+        return [list](const std::string& in) {
+            for (const auto& [name, content] : list) {
+                fs::create_directories(fs::path(in + "/" + name).parent_path());
+                writeFile(in + "/" + name, content);
+            }
+        };
+    };
+    std::string amplified = "<!DOCTYPE d [<!ENTITY a \"" + std::string(50000, 'x') + "\">]><d>";
+    for (int i = 0; i < 400; ++i) amplified += "&a;";
+    std::string deep;
+    for (int i = 0; i < 10001; ++i) deep += "<e>";
+    const Case cases[] = {
+        {"done", files({{"ch.xml", chapter("fine")}}), {"color", "@IN@/ch.xml", "--out", "@OUT@"}, 0, ""},
+        {"a menu command not built yet", files({}), {"command", "vkp_FilterDoc"}, 1, "is not in this version of the plug-in yet"},
+        {"an unknown option", files({}), {"color", "--colour", "red"}, 2, "The following argument was not expected"},
+        {"a missing option value", files({}), {"color", "--out"}, 2, "--out: 1 required"},
+        {"an output over its own input", files({{"page.html", chapter("mine")}}), {"color", "@IN@/page.html", "--out", "@IN@"}, 2,
+         "page.html: it is one of the inputs"},
+        {"an index voka did not write", files({{"ch.xml", chapter("x")}, {"index.html", "<p>my own page</p>"}}),
+         {"color", "@IN@/ch.xml", "--out", "@IN@"}, 2, "index.html: voka did not write it"},
+        {"a link planted in the output folder",
+         [](const std::string& in) {
+             writeFile(in + "/ch.xml", chapter("x"));
+             fs::create_directories(in + "/out");
+             fs::create_symlink(in + "/../secret.txt", in + "/out/ch.html");
+         },
+         {"color", "@IN@/ch.xml", "--out", "@IN@/out"}, 2, "ch.html: it is a symbolic link"},
+        {"a missing file", files({}), {"color", "@IN@/none.xml"}, 4, "none.xml: no such file"},
+        {"a folder", files({{"dir/x", ""}}), {"info", "@IN@/dir"}, 4, "it is a folder"},
+        {"a book with a missing chapter, info",
+         files({{"b.book", "<voka-book version=\"1\"><component path=\"gone.xml\"/></voka-book>"}}), {"info", "@IN@/b.book"}, 4,
+         "cannot open the book's chapter"},
+        {"a book with a malformed chapter, color",
+         files({{"b.book", "<voka-book version=\"1\"><component path=\"bad.xml\"/><component path=\"ok.xml\"/></voka-book>"},
+                {"bad.xml", "<a>"}, {"ok.xml", chapter("ok")}}),
+         {"--yes", "color", "@IN@/b.book", "--out", "@OUT@"}, 4, "cannot open the book's chapter"},
+        {"a parameter entity reaching outside",
+         files({{"sub/evil.dtd", "<!ENTITY % f SYSTEM \"../../secret.txt\">\n<!ENTITY % e \"<!ENTITY leak '%f;'>\">\n%e;\n"},
+                {"sub/ch.xml", "<!DOCTYPE chapter SYSTEM \"evil.dtd\">\n<chapter>&leak;</chapter>"}}),
+         {"color", "@IN@/sub/ch.xml", "--out", "@OUT@"}, 4, "is not read"},
+        {"entities expanding a small file", files({{"ch.xml", amplified + "</d>"}}), {"color", "@IN@/ch.xml"}, 4,
+         "the limit on entity expansion"},
+        {"nesting past the limit", files({{"ch.xml", deep}}), {"color", "@IN@/ch.xml"}, 4,
+         "the limit on element depth"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        fs::remove_all(in);
+        fs::remove_all(out);
+        fs::create_directories(in);
+        writeFile(scratch / "secret.txt", kSecret);
+        c.prepare(in);
+        const auto before = snapshot(in);
+        std::vector<std::string> args;
+        for (std::string arg : c.args) {
+            if (arg.rfind("@IN@", 0) == 0) arg = in + arg.substr(4);
+            if (arg == "@OUT@") arg = out;
+            args.push_back(arg);
+        }
+        RunOptions options;
+        options.workingDirectory = scratch.path;
+        ProcessResult run = runVoka(home, args, options);
+        EXPECT_EQ(c.exit, run.exitCode) << run.err;
+        EXPECT_NE(run.err.find(c.said), std::string::npos) << run.err;
+        EXPECT_EQ(run.out.find(kSecret), std::string::npos);
+        EXPECT_EQ(run.err.find(kSecret), std::string::npos);
+        for (const auto& [name, content] : snapshot(scratch.path))
+            if (name.rfind("home/", 0) != 0 && name != "secret.txt")
+                EXPECT_EQ(content.find(kSecret), std::string::npos) << name << " holds the secret";
+        // Inputs stay as they were, whatever the run did.
+        for (const auto& [name, content] : before) {
+            const std::string now = fs::is_symlink(in + "/" + name) ? content : readFile(in + "/" + name);
+            EXPECT_EQ(content, now) << name << " changed";
+        }
+        EXPECT_EQ(fileListing(scratch.path).find(".voka-"), std::string::npos) << "a temporary file is left";
+    }
+}
+
+TEST_F(DependableRuns, ChaptersOfTheSameNameEachKeepTheirPage) {
+    fs::create_directories(in + "/a");
+    fs::create_directories(in + "/b");
+    writeFile(in + "/a/ch.xml", chapter("first"));
+    writeFile(in + "/b/ch.xml", chapter("second"));
+    writeFile(in + "/index.xml", chapter("third"));
+    writeFile(in + "/ch.dita", chapter("fourth"));
+    writeFile(in + "/ch.xml", chapter("fifth"));
+    writeFile(in + "/book.book",
+              "<voka-book version=\"1\"><component path=\"a/ch.xml\"/><component path=\"b/ch.xml\"/>"
+              "<component path=\"index.xml\"/><component path=\"ch.dita\"/><component path=\"ch.xml\"/></voka-book>");
+    ProcessResult run = runVoka(home, {"color", in + "/book.book", "--out", out});
+    ASSERT_EQ(0, run.exitCode) << run.err;
+    // In book order, the first of two alike takes the short name.
+    EXPECT_EQ("a/ch.html\na/ch.voka.xml\nb/ch.html\nb/ch.voka.xml\nch.html\nch.voka.xml\nch.xml.html\nch.xml.voka.xml\n"
+              "index.html\nindex.xml.html\nindex.xml.voka.xml\n",
+              fileListing(out));
+    const std::pair<const char*, const char*> pages[] = {
+        {"a/ch.html", "first"}, {"b/ch.html", "second"}, {"index.xml.html", "third"}, {"ch.html", "fourth"}, {"ch.xml.html", "fifth"}};
+    const std::string index = readFile(out + "/index.html");
+    for (const auto& [page, text] : pages) {
+        EXPECT_NE(readFile(out + "/" + page).find(text), std::string::npos) << page;
+        EXPECT_NE(index.find("href=\"" + std::string(page) + "\""), std::string::npos) << page;
+    }
+    // A second run replaces what the first wrote.
+    EXPECT_EQ(0, runVoka(home, {"color", in + "/book.book", "--out", out}).exitCode);
+}
+
+TEST_F(DependableRuns, PagesEscapeWhatDocumentsAndFileNamesSay) {
+    fs::create_directories(in);
+    const std::string name = in + "/<img src=x onerror=alert(1)>.xml";
+    writeFile(name, "<?xml version=\"1.0\"?>\n<chapter audience=\"novice\">"
+                    "<p audience=\"novice\">&lt;script&gt;alert(2)&lt;/script&gt;</p></chapter>\n"
+                    "<?voka-color name=\"Red\" rgb=\"red;}&lt;/style&gt;&lt;script&gt;alert(3)&lt;/script&gt;\"?>\n");
+    ProcessResult run = runVoka(home, {"color", name, "--out", out});
+    ASSERT_EQ(0, run.exitCode) << run.err;
+    for (const std::string& page : {out + "/<img src=x onerror=alert(1)>.html", out + "/index.html"}) {
+        SCOPED_TRACE(page);
+        const std::string html = readFile(page);
+        EXPECT_NE(html.find("Content-Security-Policy"), std::string::npos);
+        EXPECT_EQ(html.find("<script"), std::string::npos);
+        EXPECT_EQ(html.find("<img"), std::string::npos);
+        EXPECT_EQ(html.find("alert(3)"), std::string::npos) << "a colour that is no colour is left out";
+    }
+    EXPECT_NE(readFile(out + "/index.html").find("href=\"%3Cimg%20src%3Dx%20onerror%3Dalert%281%29%3E.html\""), std::string::npos);
+}
+
+TEST_F(DependableRuns, AChainAsDeepAsTheLimitIsColouredAndRendered) {
+    fs::create_directories(in);
+    std::string deep;
+    for (int i = 0; i < 10000; ++i) deep += "<e audience=\"novice\">";
+    deep += "bottom";
+    for (int i = 0; i < 10000; ++i) deep += "</e>";
+    writeFile(in + "/deep.xml", deep);
+    ProcessResult run = runVoka(home, {"color", in + "/deep.xml", "--out", out});
+    ASSERT_EQ(0, run.exitCode) << run.err;
+    const std::string page = readFile(out + "/deep.html");
+    EXPECT_NE(page.find("bottom"), std::string::npos);
+    EXPECT_EQ(page.substr(page.size() - 15), "</body></html>\n");
+}
+
+// Ctrl-C or a CI's SIGTERM while voka works: it stops, says why, exits 5,
+// and leaves no temporary or half-written file.
+TEST_F(DependableRuns, ASignalCancelsAndLeavesNothingHalfWritten) {
+    fs::create_directories(in);
+    std::string big = "<?xml version=\"1.0\"?>\n<chapter>";
+    for (int i = 0; i < 60000; ++i) big += "<p audience=\"novice expert\">text " + std::to_string(i) + "</p>";
+    writeFile(in + "/big.xml", big + "</chapter>\n");
+    for (int signal : {SIGINT, SIGTERM}) {
+        SCOPED_TRACE(signal);
+        fs::remove_all(out);
+        const std::string errors = scratch / "stderr.txt";
+        fs::remove(errors);  // what the last run said must not count for this one
+        const pid_t pid = fork();
+        if (pid == 0) {
+            int fd = ::open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            ::dup2(fd, 2);
+            ::dup2(::open("/dev/null", O_WRONLY), 1);
+            ::execl(VOKA_EXE, VOKA_EXE, "--home", home.c_str(), "color", (in + "/big.xml").c_str(), "--out", out.c_str(),
+                    static_cast<char*>(nullptr));
+            ::_exit(127);
+        }
+        // The first progress line says the plug-in is up and the handlers are in place.
+        for (int wait = 0; wait < 3000 && readFile(errors).find("voka: ") == std::string::npos; ++wait)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        ::kill(pid, signal);
+        int status = 0;
+        ::waitpid(pid, &status, 0);
+        ASSERT_TRUE(WIFEXITED(status));
+        EXPECT_EQ(5, WEXITSTATUS(status)) << readFile(errors);
+        const std::string written = fs::exists(out) ? fileListing(out) : "";
+        EXPECT_EQ(written.find(".voka-"), std::string::npos) << written;
+        EXPECT_EQ(written.find("index.html"), std::string::npos) << "an index is written only when every page is";
+        if (written.find("big.html") != std::string::npos) {
+            const std::string page = readFile(out + "/big.html");
+            EXPECT_EQ(page.substr(page.size() - 15), "</body></html>\n");
+        }
+    }
+}
+
+}  // namespace
+}  // namespace voka::test
