@@ -28,9 +28,11 @@ DialogScript schemeChoice(const std::string& category, const std::string& scheme
 int main(int argc, char** argv) {
     CLI::App app{"voka: colour structured documents and books by their elements' attribute values, with the "
                  "VOKA plug-in running on a headless host. (Filtering and validation are not in voka yet.)"};
-    app.footer("Exit codes: 0 done, 1 the plug-in refused or failed, 2 bad command line, 3 the plug-in could not "
-               "start (its messages say why), 4 a file could not be opened, 5 cancelled (a question answered No, "
-               "Ctrl-C).");
+    app.footer("Exit codes: 0 done, 1 the plug-in refused or failed (or has no such command yet), 2 bad command "
+               "line or an output voka may not write, 3 the plug-in could not start (its messages say why), 4 a file "
+               "could not be opened or read (a book's chapter too), 5 cancelled (a question answered No, Ctrl-C, "
+               "SIGTERM). Outputs go under --out at each input's path relative to the book's folder; voka never "
+               "writes over an input, a file it did not write, or through a symbolic link.");
     app.require_subcommand(1);
     voka::cli::SessionOptions options;
     app.add_option("--home", options.home,
@@ -56,7 +58,7 @@ int main(int argc, char** argv) {
     color->add_option("FILE", colorRequest.file, "XML document or book file (default: the bundled example book)");
     color->add_option("--category", colorRequest.category, "Scheme category (default: the active one)");
     color->add_option("--scheme", colorRequest.scheme, "Coloring scheme (default: the active one)");
-    color->add_option("--out", colorRequest.outDir, "Output folder")->capture_default_str();
+    color->add_option("--out", colorRequest.outDir, "Output folder (each input at its path relative to the book's folder)")->capture_default_str();
 
     voka::cli::ColorRequest uncolorRequest;
     uncolorRequest.uncolor = true;

@@ -325,7 +325,7 @@ struct ParseCallbacks {
         if (e->code == XML_ERR_DOCUMENT_END && c.parser_ && c.parser_->nameNr > 0 && c.parser_->name)
             message = std::string("the file ends inside <").append(str(c.parser_->name)).append(">, which is not closed");
         // libxml2's own limit on one piece of markup, in words that say so.
-        if (message == "Huge input lookup")
+        if (message.size() >= 17 && message.compare(message.size() - 17, 17, "Huge input lookup") == 0)
             message = "more than 10000000 bytes in one piece of markup (a tag, an attribute value, a comment or an "
                       "instruction): the limit on one piece of markup";
         const bool inDocument = !e->file || c.uri_ == e->file;
