@@ -161,6 +161,9 @@ bool checkFolders(const std::string& outputFolder, const std::string& path, bool
 
 bool writeAtomically(const std::string& path, const ContentWriter& write, std::string& problem) {
     headless::AtomicFile file;
+    // Pages are made again in a moment; a crash still never leaves half of one
+    // under its name, and skipping the sync spares a large page's write-back.
+    file.durable = false;
     if (!headless::beginAtomicFile(path, file, problem)) return false;
     int error = 0;
     auto sink = [&](std::string_view piece) {

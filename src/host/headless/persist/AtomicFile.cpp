@@ -147,7 +147,7 @@ bool commitAtomicFile(AtomicFile& file, std::string& error) {
         error = failure(file.target, "nothing was written", EBADF);
         return false;
     }
-    if (::fsync(file.fd) != 0) {
+    if (file.durable && ::fsync(file.fd) != 0) {
         error = failure(file.target, "cannot sync", errno);
         abandonAtomicFile(file);
         return false;
@@ -156,7 +156,7 @@ bool commitAtomicFile(AtomicFile& file, std::string& error) {
         const bool ok = publishUnnamed(file, error);
         ::close(file.fd);
         file.fd = -1;
-        if (ok) syncDirectory(file.target);
+        if (ok && file.durable) syncDirectory(file.target);
         return ok;
     }
     int fd = file.fd;
@@ -173,7 +173,7 @@ bool commitAtomicFile(AtomicFile& file, std::string& error) {
     }
     unlistPending(file.slot);
     file.slot = -1;
-    syncDirectory(file.target);
+    if (file.durable) syncDirectory(file.target);
     return true;
 }
 

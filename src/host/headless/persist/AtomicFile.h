@@ -17,6 +17,9 @@ struct AtomicFile {
     std::string temporary;  // empty while the file has no name
     int fd = -1;
     int slot = -1;          // where a named temporary is listed for removal
+    // Sync to disk before the rename, so that even a power cut leaves the old
+    // or the new file. Off only for what can be made again in a moment.
+    bool durable = true;
 };
 
 // Creates the temporary file; false and a message naming the target on failure.
