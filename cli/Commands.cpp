@@ -41,6 +41,49 @@ int exitCodeOf(int result) {
     return kExitFailed;
 }
 
+// The value of a key of the preferences ("DefaultColoringScheme"), read from
+// the shared settings document as the plug-in reads it; "" when it cannot be.
+std::string preference(Session& session, const std::string& key) {
+    const std::string& path = session.plugin().state().paths.sharedSettings;
+    headless::LoadResult loaded = headless::loadFile(headless::toSystemPath(path));
+    if (!loaded.document) return "";
+    const headless::Document& doc = *loaded.document;
+    for (headless::Index e = 0; e < doc.elements.size(); ++e) {
+        const headless::Index definition = doc.elements[e].definition;
+        if (definition >= doc.definitions.size() || doc.definitions[definition].tag != "SettingsGroupE") continue;
+        const auto position = doc.definitions[definition].attributeIndex.find(key);
+        if (position == doc.definitions[definition].attributeIndex.end()) return "";
+        const std::vector<std::string>& values = doc.values.get(doc.attributeValues(e, position->second));
+        return values.empty() ? "" : values.front();
+    }
+    return "";
+}
+
+// Why a colouring command did not complete, in a sentence that says what to do.
+std::string whyNotDone(Session& session, int result) {
+    const std::string settings = headless::toDisplayText(session.plugin().state().paths.sharedSettings);
+    switch (result) {
+    case 0:
+        return "nothing was done (the active scheme dialog was cancelled, or the command does not apply to what is open)";
+    case 102:
+        return "no document or book is open for it";
+    case 103:
+        return "no element is selected";
+    case 104: {
+        const std::string category = preference(session, "DefaultCategory");
+        const std::string scheme = preference(session, "DefaultColoringScheme");
+        return "no coloring scheme is active: the preferences name \"" + scheme + "\" in the category \"" + category +
+               "\", which the main settings do not hold. Name one with --category and --scheme, or set "
+               "DefaultCategory and DefaultColoringScheme in " + settings;
+    }
+    case 105:
+        return "the document has no structure in its main flow (no highest-level element)";
+    case 108:
+        return "it was cancelled";
+    }
+    return "the plug-in ended it with result " + std::to_string(result);
+}
+
 std::string conditionsText(const Attributes& conditions, bool matchAll) {
     std::string text;
     for (const Attribute& condition : conditions) {
@@ -158,6 +201,16 @@ int runMenuCommand(Session& session, const std::string& tag, const std::string& 
         std::cerr << "voka: no command " << tag << "; 'voka menus' lists them\n";
         return kExitUsage;
     }
+    // The plug-in's book commands act on the active book and would report
+    // success on none; with only a document open there is nothing to do.
+    static const char* const kBookCommands[] = {"vkp_ColorBook", "vkp_UnColorBook", "vkp_FilterBook",
+                                                "vkp_ValidateBook", "vkp_RestoreBook"};
+    for (const char* bookCommand : kBookCommands) {
+        if (tag != bookCommand || session.host().activeBook() != kNoObject) continue;
+        std::cerr << "voka: " << tag << " works on a book, and no book is open"
+                  << (file.empty() ? "" : " (" + file + " is a document)") << "\n";
+        return kExitFailed;
+    }
     for (const CommandEntry& entry : commandTable()) {
         if (entry.tag != tag || entry.handler != nullptr) continue;
         std::cerr << "voka: " << tag << " (" << entry.label << ") is not in this version of the plug-in yet\n";
@@ -183,6 +236,14 @@ int colorFiles(Session& session, const ColorRequest& request) {
         return kExitUsage;
     }
 
+    if (request.uncolor && (!request.category.empty() || !request.scheme.empty())) {
+        session.plugin().state().lastCommandResult = 0;
+        session.host().invokeCommand("vkp_SetColorScheme");
+        if (session.plugin().state().lastCommandResult != 1) {
+            std::cerr << "voka: the coloring scheme asked for could not be made active\n";
+            return kExitFailed;
+        }
+    }
     const char* command = request.uncolor ? (book ? "vkp_UnColorBook" : "vkp_UnColorDoc")
                                           : (book ? "vkp_ColorBook" : "vkp_ColorDoc");
     session.plugin().state().lastCommandResult = 0;
@@ -191,8 +252,8 @@ int colorFiles(Session& session, const ColorRequest& request) {
     // A book whose chapters did not all open ends with 4 whatever came after.
     const int unopened = session.unopenedChapters() ? kExitBadInput : kExitOk;
     if (result != 1) {
-        std::cerr << "voka: " << (request.uncolor ? "uncoloring" : "coloring") << " " << file
-                  << " did not complete (result " << result << ")\n";
+        std::cerr << "voka: " << (request.uncolor ? "uncoloring " : "coloring ") << file
+                  << " did not complete: " << whyNotDone(session, result) << "\n";
         return unopened ? unopened : exitCodeOf(result);
     }
     for (const DocumentOutputs& outputs : plan.documents) {

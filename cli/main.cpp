@@ -65,6 +65,9 @@ int main(int argc, char** argv) {
     auto* uncolor = app.add_subcommand("uncolor", "Remove all colouring (every format override) from a document "
                                                   "or a book and write the result");
     uncolor->add_option("FILE", uncolorRequest.file, "XML document or book file (default: the bundled example book)");
+    uncolor->add_option("--category", uncolorRequest.category,
+                        "Scheme category to make active first (uncolouring needs an active coloring scheme)");
+    uncolor->add_option("--scheme", uncolorRequest.scheme, "Coloring scheme to make active first");
     uncolor->add_option("--out", uncolorRequest.outDir, "Output folder")->capture_default_str();
 
     std::vector<std::string> infoFiles;
@@ -88,6 +91,9 @@ int main(int argc, char** argv) {
         options.batch.dialogs.push_back(script);
     }
     if (color->parsed()) options.batch.dialogs.push_back(schemeChoice(colorRequest.category, colorRequest.scheme));
+    // Uncolouring asks for no scheme; one named is made active through Set Active Scheme first.
+    if (uncolor->parsed() && (!uncolorRequest.category.empty() || !uncolorRequest.scheme.empty()))
+        options.batch.dialogs.push_back(schemeChoice(uncolorRequest.category, uncolorRequest.scheme));
     // Uncolouring asks once whether every format override may go: the command says so.
     if (uncolor->parsed()) options.yes = true;
 

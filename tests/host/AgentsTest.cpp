@@ -100,7 +100,7 @@ TEST(BatchAgent, AnswersAsTheCommandLineSaysAndPrintsEverything) {
     }
 }
 
-TEST(BatchAgent, ProgressIsPrintedSparingly) {
+TEST(BatchAgent, EveryStepIsPrintedAndWhatChangesWithinOneSparingly) {
     std::ostringstream out;
     BatchOptions options;
     options.progressInterval = std::chrono::hours(1);
@@ -110,7 +110,15 @@ TEST(BatchAgent, ProgressIsPrintedSparingly) {
     agent.modelessDialogChanged({"br_Dialog_Status", "Coloring", {"", "Please wait...", "", ""}});
     agent.modelessDialogChanged({"br_Dialog_Status", "Coloring", {"", "Please wait...", "ch1.xml", ""}});
     agent.modelessDialogChanged({"br_Dialog_Status", "Coloring", {"", "", "", ""}});
-    EXPECT_EQ(out.str(), "voka: Please wait...\n");
+    // Each step of a start-up is printed, however fast they come.
+    for (const char* step : {"Initializing variables", "Retreiving local settings", "Creating menu paths"})
+        agent.modelessDialogChanged({"br_Dialog_Status", "Initializing", {"", step, "Please wait...", ""}});
+    agent.modelessDialogChanged({"br_Dialog_Status", "Coloring", {"Please wait. Currently processing:", "a.xml", "", ""}});
+    agent.modelessDialogChanged({"br_Dialog_Status", "Coloring", {"Please wait. Currently processing:", "b.xml", "", ""}});
+    EXPECT_EQ(out.str(),
+              "voka: Please wait...\nvoka: Initializing variables Please wait...\n"
+              "voka: Retreiving local settings Please wait...\nvoka: Creating menu paths Please wait...\n"
+              "voka: Please wait. Currently processing: a.xml\n");
     EXPECT_FALSE(agent.userCancelled(0));
     ctrlC = true;
     EXPECT_TRUE(agent.userCancelled(0));

@@ -160,10 +160,17 @@ void BatchAgent::modelessDialogChanged(const DialogView& view) {
         line += text;
     }
     if (line.empty() || line == lastProgressLine_) return;
+    // A status names its step in the first line it fills ("Retrieving main
+    // settings file", "Please wait. Currently processing:"); each new step is
+    // printed, what changes within one (a name, a count) once per interval.
+    std::string step;
+    for (const std::string& text : view.lines)
+        if (step.empty()) step = text;
     const auto now = std::chrono::steady_clock::now();
-    if (!lastProgressLine_.empty() && now - lastProgress_ < options_.progressInterval) return;
+    if (step == lastProgressStep_ && now - lastProgress_ < options_.progressInterval) return;
     lastProgress_ = now;
     lastProgressLine_ = line;
+    lastProgressStep_ = step;
     print("voka: " + line);
 }
 

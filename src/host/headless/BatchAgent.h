@@ -2,8 +2,9 @@
 // command line chose (No unless --yes), prompts and the file chooser the
 // answers given beforehand or a cancel, modal dialogs a small script of
 // actions or a cancel. Every alert, question and host message is printed as
-// it would have been shown, with paths in the reader's notation, and the
-// status dialog's progress is printed at most once per interval.
+// it would have been shown, with paths in the reader's notation; the status
+// dialog's every step is printed, and what changes within a step at most
+// once per interval.
 #pragma once
 
 #include "host/headless/UserAgent.h"
@@ -68,6 +69,7 @@ private:
     std::vector<bool> scriptUsed_;
     std::chrono::steady_clock::time_point lastProgress_{};
     std::string lastProgressLine_;
+    std::string lastProgressStep_;
     int errors_ = 0;
     bool confirmCancel_ = false;  // the next question confirms a cancel the user asked for
 };
