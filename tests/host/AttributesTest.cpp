@@ -3,6 +3,9 @@
 // limited to what the definition declares.
 #include "HostFixture.h"
 
+#include <fstream>
+#include <iterator>
+
 namespace voka::headless::testing {
 namespace {
 
@@ -36,6 +39,38 @@ TEST(Attributes, EveryDeclaredAttributeInDeclarationOrder) {
     b.open("Root").leaf("Item", {{"b", "1"}}).leaf("Item", {{"a", "2"}, {"b", "3"}}).close();
     const Handle plain = b.build(f.host, f.folder.hostPath("b.xml"));
     EXPECT_EQ(f.host.attributes(plain, f.host.lastChild(plain, root(f.host, plain))), (Attributes{{"b", {"3"}}, {"a", {"2"}}}));
+}
+
+// In the desktop host an empty attribute value is no value, so `audience=""`
+// matches "<no value>" and takes the parent's value; an empty DTD default is
+// no default. The file keeps what it said.
+TEST(Attributes, AnEmptyValueIsNoValueInEveryForm) {
+    HostFixture f;
+    f.folder.write("content.xml", "<!DOCTYPE p [<!ATTLIST p audience CDATA '' product CDATA 'pro'>]>\n"
+                                  "<p audience=\"\" platform=\"\" otherprops=\"print\">x</p>\n");
+    f.folder.write("full.fm", "<voka-document version=\"1\"><flow name=\"A\" main=\"1\"><element tag=\"p\">"
+                              "<attribute name=\"audience\"><value></value></attribute>"
+                              "<attribute name=\"platform\"><value>win</value><value></value></attribute>"
+                              "<text>x</text></element></flow></voka-document>\n");
+    const std::pair<const char*, Attributes> cases[] = {
+        {"content.xml", {{"audience", {}}, {"product", {}}, {"platform", {}}, {"otherprops", {"print"}}}},
+        {"full.fm", {{"audience", {}}, {"platform", {"win"}}}},
+    };
+    for (const auto& [name, expected] : cases) {
+        SCOPED_TRACE(name);
+        const Handle doc = f.host.open(f.folder.hostPath(name), OpenParams{});
+        ASSERT_NE(doc, kNoObject);
+        const Handle p = root(f.host, doc);
+        EXPECT_EQ(f.host.attributes(doc, p), expected);
+        const AttributeDefinitions defs = f.host.attributeDefinitions(doc, f.host.elementDefinition(doc, p));
+        for (const AttributeDefinition& def : defs)
+            if (def.name == "audience") EXPECT_EQ(def.defaults, std::vector<std::string>{}) << "an empty default";
+    }
+    const Handle content = f.host.open(f.folder.hostPath("content.xml"), OpenParams{});
+    ASSERT_NE(f.host.simpleSave(content, f.folder.hostPath("again.xml"), false), kNoObject);
+    std::ifstream again(toSystemPath(f.folder.hostPath("again.xml")));
+    const std::string saved((std::istreambuf_iterator<char>(again)), std::istreambuf_iterator<char>());
+    EXPECT_NE(saved.find("<p audience=\"\" platform=\"\" otherprops=\"print\">"), std::string::npos) << saved;
 }
 
 TEST(Attributes, WritingTheList) {

@@ -253,7 +253,10 @@ AttributeDefinitions HeadlessHost::attributeDefinitions(Handle doc, Handle defin
     Document* d = liveDocument(doc);
     if (!d) return {};
     const Index i = liveIndex(definition, kElementDefinitionObject, d->definitions.size());
-    return i == kNil ? AttributeDefinitions() : d->definitions[i].attributes;
+    if (i == kNil) return {};
+    AttributeDefinitions result = d->definitions[i].attributes;
+    for (AttributeDefinition& attribute : result) std::erase(attribute.defaults, std::string());
+    return result;
 }
 
 bool HeadlessHost::setElementDefinition(Handle doc, Handle element, Handle definition) {
@@ -350,7 +353,10 @@ Attributes HeadlessHost::attributes(Handle doc, Handle element) {
     for (std::size_t i = 0; i < result.size(); ++i) result[i].name = def.attributes[i].name;
     for (std::uint32_t i = 0; i < el.attributesCount; ++i) {
         const AttributeSlot& slot = d->attributeSlots[el.attributesBegin + i];
-        if (slot.position < result.size()) result[slot.position].values = d->values.get(slot.values);
+        if (slot.position >= result.size()) continue;
+        result[slot.position].values = d->values.get(slot.values);
+        // As in the desktop host, an empty value is no value: `audience=""` has none.
+        std::erase(result[slot.position].values, std::string());
     }
     return result;
 }
