@@ -113,6 +113,13 @@ TEST(Books, OneWindowInFront) {
         EXPECT_EQ(f.host.activeDocument(), c.document);
         EXPECT_EQ(f.host.activeBook(), c.book);
     }
+    // A book window has nothing selected in it; asking is no failure.
+    f.host.clearError();
+    EXPECT_EQ(f.host.elementSelection(book), ElementRange{});
+    EXPECT_EQ(f.host.errorNumber(), 0);
+    ASSERT_EQ(f.host.close(book, 0), 0);
+    EXPECT_EQ(f.host.elementSelection(book), ElementRange{});
+    EXPECT_NE(f.host.errorNumber(), 0) << "a closed book is a stale handle";
 }
 
 TEST(Books, ComponentsInBookOrder) {

@@ -100,6 +100,10 @@ ElementRange HeadlessHost::deriveElementRange(const Document& doc, const TextRan
 }
 
 ElementRange HeadlessHost::elementSelection(Handle doc) {
+    // A book window here shows its components, not an element structure, so
+    // nothing in it is selected: an empty range, as any window with no
+    // selection reports, and no failure.
+    if (objectType(doc) == kBookObject && openBookSlot(doc)) return {};
     OpenDocument* slot = openDocumentSlot(doc);
     Document* d = settledDocument(doc);
     if (!slot || !d) return {};
