@@ -30,7 +30,13 @@ std::string prepareHome(const std::string& home, bool createIfMissing) {
         if (ec) return "cannot create " + home + ": " + ec.message();
     }
     fs::path brindel = fs::path(home) / "Brindel";
-    if (fs::exists(brindel, ec)) return "";
+    if (fs::exists(brindel, ec)) {
+        // A folder whose shared settings were never made (a first start that
+        // could not save them) gets the shipped file again, as a reinstall would.
+        if (!fs::exists(brindel / "BR_Settings.fm", ec) && !fs::exists(brindel / "BR_Settings_TEMPVOKA.fm", ec))
+            fs::copy_file(resourceDirectory() + "/BR_Settings.fm", brindel / "BR_Settings_TEMPVOKA.fm", ec);
+        return "";
+    }
     if (!fs::create_directory(brindel, ec) || ec) return "cannot write into " + home + ": " + ec.message();
 
     // What an installation leaves: the shipped shared settings under the

@@ -5,6 +5,7 @@
 #include "coloring/RuleColors.h"
 #include "frame/Alerts.h"
 #include "frame/Dialogs.h"
+#include "frame/Selection.h"
 #include "schemes/NameLists.h"
 
 #include <array>
@@ -47,17 +48,6 @@ std::string documentName(Host& host, Handle doc) {
 }
 
 bool isBookAction(int code) { return code == kColorBook || code == kUncolorBook; }
-
-// The element the selection names: the element holding an insertion point or
-// a selection inside one element, else the first selected element.
-Handle selectedElement(Host& host, Handle doc) {
-    ElementRange selection = host.elementSelection(doc);
-    if (selection.begin.child == selection.end.child && selection.begin.parent == selection.end.parent) {
-        return selection.begin.parent;
-    }
-    if (selection.begin.child != selection.end.child) return selection.begin.child;
-    return kNoObject;
-}
 
 // Open documents by their path, so that each component is found at once.
 std::unordered_map<std::string, Handle> openDocumentsByPath(Host& host) {

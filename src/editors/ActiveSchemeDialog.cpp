@@ -82,7 +82,9 @@ int runDialog(Host& host, PluginState& state, TwoChoiceDialog contents, int cate
 
 int chooseAndLoad(Host& host, PluginState& state, const DialogCode& code) {
     Handle doc = state.mainSettingsDoc;
-    std::vector<std::string> categories = categoryNames(host, state, doc);
+    std::vector<std::string> categories;
+    // Without categories there is nothing to choose from: the dialog is not opened.
+    if (!categoryNames(host, state, doc, categories)) return 0;
     int categoryIndex = findInList(categories, state.active.category, true);
     if (categoryIndex < 0 && !categories.empty()) {
         // The active category was renamed or deleted: fall back to the first.

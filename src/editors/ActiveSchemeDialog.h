@@ -12,8 +12,8 @@ namespace voka {
 // Dialog codes: 13 Color Document, 14 Color Book, 17 Set Active Coloring
 // Scheme; 22 Validate Document, 23 Validate Book, 24 Set Active Validation
 // Scheme. Returns 0 when cancelled or when no main settings document could
-// be had; after OK the result of loading the chosen scheme (1 loaded, 2 not
-// found, 3 no scheme chosen).
+// be had or its categories read; after OK the result of loading the chosen
+// scheme (1 loaded, 2 not found, 3 no scheme chosen).
 int showActiveSchemeDialog(Host& host, PluginState& state, int code);
 
 // Event of item 3 (the category pop-up) of dialog 1226: lists the schemes of

@@ -1,17 +1,12 @@
 #include "plugin/FrameCommands.h"
 
 #include "frame/Alerts.h"
+#include "frame/Selection.h"
 #include "settings/SharedSettingsMerge.h"
 
 #include <string>
 
 namespace voka {
-
-Handle selectedElement(Host& host, Handle doc) {
-    if (doc == kNoObject) return kNoObject;
-    const ElementRange selection = host.elementSelection(doc);
-    return selection.begin.child != kNoObject ? selection.begin.child : selection.begin.parent;
-}
 
 void runTestCommand(Host& host, PluginState& state) {
     Handle doc = host.activeDocument();

@@ -10,10 +10,6 @@
 
 namespace voka {
 
-// The element selected in `doc`: the first selected element, or the element
-// holding the insertion point; 0 when there is none.
-Handle selectedElement(Host& host, Handle doc);
-
 void runTestCommand(Host& host, PluginState& state);
 void showAboutBox(Host& host, PluginState& state);
 std::string aboutText(const PluginState& state);

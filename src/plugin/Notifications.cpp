@@ -1,7 +1,7 @@
 #include "plugin/Notifications.h"
 
+#include "frame/Selection.h"
 #include "frame/Strings.h"
-#include "plugin/FrameCommands.h"
 #include "settings/MainSettings.h"
 
 namespace voka {

@@ -1,5 +1,6 @@
 #include "schemes/SchemeSchema.h"
 
+#include "frame/Alerts.h"
 #include "schemes/NameLists.h"
 #include "settings/SettingsDocument.h"
 
@@ -52,10 +53,15 @@ Handle findScheme(Host& host, PluginState& state, Handle doc, const std::string&
     return findElement(host, state, doc, container, kTagScheme, kAttrName, scheme, "");
 }
 
-std::vector<std::string> categoryNames(Host& host, PluginState& state, Handle doc) {
+bool categoryNames(Host& host, PluginState& state, Handle doc, std::vector<std::string>& names) {
+    names.clear();
     Handle categories = findElement(host, state, doc, kNoObject, kTagSchemeCategories, kWildcard, kWildcard, "");
-    if (categories == kNoObject) return {};
-    return listChildValues(host, state, doc, categories, kAttrName);
+    if (categories == kNoObject) {
+        showMessage(host, "A critical error occurred while reading your main settings file. Please contact Brindel.");
+        return false;
+    }
+    names = listChildValues(host, state, doc, categories, kAttrName);
+    return true;
 }
 
 std::vector<std::string> schemeNames(Host& host, PluginState& state, Handle doc, const std::string& category,

@@ -53,8 +53,9 @@ Handle findSchemeContainer(Host& host, PluginState& state, Handle doc, Handle ca
 Handle findScheme(Host& host, PluginState& state, Handle doc, const std::string& category, SchemeKind kind,
                   const std::string& scheme);
 
-// Names of the categories, in document order.
-std::vector<std::string> categoryNames(Host& host, PluginState& state, Handle doc);
+// Names of the categories, in document order, into `names`. A document
+// without "SchemeCategories" is reported to the user; false then.
+bool categoryNames(Host& host, PluginState& state, Handle doc, std::vector<std::string>& names);
 // Names of the category's schemes of the kind; empty when the category or
 // its container is missing.
 std::vector<std::string> schemeNames(Host& host, PluginState& state, Handle doc, const std::string& category,

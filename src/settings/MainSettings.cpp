@@ -74,10 +74,12 @@ bool hasMainSettingsSkeleton(Host& host, PluginState& state, Handle doc) {
     if (categories == kNoObject) return false;
     const Handle category = find(categories, "SchemeCategory");
     if (category == kNoObject) return false;
-    // Each scheme container is looked for inside the same category.
-    for (const char* container : {"FilterSchemes", "ColoringSchemes", "ValidationSchemes"}) {
-        if (find(category, container) == kNoObject) return false;
-    }
+    const Handle filterSchemes = find(category, "FilterSchemes");
+    if (filterSchemes == kNoObject) return false;
+    // The other two containers are looked for under the filter schemes' parent, so that a file whose
+    // filter schemes sit deeper than the category's other containers does not pass.
+    const Handle holder = host.parent(doc, filterSchemes);
+    if (find(holder, "ColoringSchemes") == kNoObject || find(holder, "ValidationSchemes") == kNoObject) return false;
     return find(kNoObject, "ColorList") != kNoObject && find(kNoObject, "AttributeList") != kNoObject;
 }
 

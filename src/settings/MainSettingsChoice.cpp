@@ -4,9 +4,21 @@
 #include "settings/MainSettings.h"
 #include "settings/SettingsDocument.h"
 
+#include <array>
+
 namespace voka {
 
 namespace {
+
+// The "Politics" tab is decorative: its choices are fixed and never stored.
+constexpr std::array<const char*, 30> kParties = {
+    "Conservative Party",  "Labour Party",    "Liberal Party",     "Social Democratic Party", "Green Party",
+    "Christian Democrats", "Socialist Party", "Communist Party",   "Libertarian Party",       "Pirate Party",
+    "Agrarian Party",      "Centre Party",    "Progressive Party", "Reform Party",            "Independent",
+    "Birthday party",      "Tea party",       "Garden party",      "Dinner party",            "Cocktail party",
+    "Block party",         "Costume party",   "Surprise party",    "Pajama party",            "Office party",
+    "House party",         "Search party",    "Third party",       "Working party",           "Boarding party",
+};
 
 std::vector<std::string> schemeNames(Host& host, PluginState& state, Handle doc, Handle start, const char* tag) {
     std::vector<std::string> names;
@@ -45,6 +57,7 @@ bool refreshPreferencesDialog(Host& host, PluginState& state, Handle dialog) {
     host.setItemLabels(dialog, item(kPrefsValidationListItem),
                        schemeNames(host, state, doc, chosen, "ValidationSchemes"));
     host.setItemLabels(dialog, item(kPrefsColoringListItem), schemeNames(host, state, doc, chosen, "ColoringSchemes"));
+    host.setItemLabels(dialog, item(kPrefsPartyListItem), {kParties.begin(), kParties.end()});
     return true;
 }
 

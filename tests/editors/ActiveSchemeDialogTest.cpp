@@ -1,10 +1,11 @@
-// The active scheme dialog as a user works it: what it opens on, what a new
-// category lists, what OK and Cancel keep, the check box shared by both kinds,
-// and the dialog shown before a colouring.
+// The active scheme dialog as a user works it: what it opens on (or why it
+// does not open), what a new category lists, what OK and Cancel keep, the
+// check box shared by both kinds, and the dialog shown before a colouring.
 #include "coloring/ColoringMenu.h"
 #include "editors/ActiveSchemeDialog.h"
 #include "plugin/DialogDispatch.h"
 #include "schemes/SchemeWorld.h"
+#include "settings/SettingsDocument.h"
 
 #include <gtest/gtest.h>
 
@@ -117,25 +118,44 @@ TEST(ActiveSchemeDialog, CheckBoxStartsFromTheColouringFlag) {
 }
 
 TEST(ActiveSchemeDialog, OpensTheLocalCopyWhenNothingIsHeld) {
-    for (bool present : {true, false}) {
-        SCOPED_TRACE(present ? "local copy present" : "local copy missing");
+    enum LocalCopy { Present, Missing, WithoutCategories };
+    struct Case {
+        const char* what;
+        LocalCopy localCopy;
+        int result, cancel;
+        Texts shown;  // nothing shown: the dialog opens and OK is pressed
+    };
+    const std::vector<Case> cases = {
+        {"local copy present", Present, 1, 0, {}},
+        {"local copy missing", Missing, 0, 1,
+         {prefixed(" Could not open the main settings document. Check to make sure the path specified in your "
+                   "preferences is correct. If it is, another user may have it open, or you may be having network "
+                   "problems.\n\nThis operation will be aborted. If the problem persists, please obtain technical "
+                   "support.")}},
+        {"local copy without scheme categories", WithoutCategories, 0, 0,
+         {prefixed("A critical error occurred while reading your main settings file. Please contact Brindel.")}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
         DialogWorld world;
         world.state.paths.localCopy = world.hostPath("local.fm");
         world.state.active.category = "Manuals";
         world.state.active.coloringScheme = "Print";
-        if (present) {
-            world.saveMainSettings(kSettings, "local.fm");
-            world.user.onDialog(kDialog, [](headless::DialogUser& d) { d.press(kOk); });
+        if (c.localCopy != Missing) world.saveMainSettings(kSettings, "local.fm");
+        if (c.localCopy == WithoutCategories) {
+            const Handle doc = world.host.open(world.hostPath("local.fm"), OpenParams{false, false});
+            const Handle categories =
+                findElement(world.host, world.state, doc, kNoObject, kTagSchemeCategories, "*", "*", "");
+            ASSERT_TRUE(world.host.deleteObject(doc, categories));
+            ASSERT_NE(world.host.simpleSave(doc, world.hostPath("local.fm"), false), kNoObject);
+            world.host.close(doc, kCloseModified);
         }
+        if (c.shown.empty()) world.user.onDialog(kDialog, [](headless::DialogUser& d) { d.press(kOk); });
 
-        EXPECT_EQ(showActiveSchemeDialog(world.host, world.state, 17), present ? 1 : 0);
+        EXPECT_EQ(showActiveSchemeDialog(world.host, world.state, 17), c.result);
         EXPECT_EQ(world.state.mainSettingsDoc, kNoObject);  // released again
-        EXPECT_EQ(world.state.cancel, present ? 0 : 1);
-        EXPECT_EQ(world.shown(), present ? Texts{} : Texts{prefixed(
-            " Could not open the main settings document. Check to make sure the path specified in your "
-            "preferences is correct. If it is, another user may have it open, or you may be having network "
-            "problems.\n\nThis operation will be aborted. If the problem persists, please obtain technical "
-            "support.")});
+        EXPECT_EQ(world.state.cancel, c.cancel);
+        EXPECT_EQ(world.shown(), c.shown);
     }
 }
 

@@ -112,10 +112,23 @@ TEST(Commands, TestCommandShowsDocumentAndElementNumbers) {
     session.host.setActiveDocument(doc);
     const Handle root = session.host.highestLevelElement(doc, session.host.mainFlow(doc));
     const Handle element = session.host.firstChild(doc, root);
-    session.host.setElementSelection(doc, ElementRange{{root, element, 0}, {root, session.host.nextSibling(doc, element), 0}});
-    session.plugin.command(1);
-    EXPECT_EQ(session.shown(), List{testing::kPrefix + "Doc:  " + std::to_string(static_cast<int>(doc)) +
-                                    "\n\nElement:  " + std::to_string(static_cast<int>(element))});
+    const Handle next = session.host.nextSibling(doc, element);
+    struct Case {
+        const char* what;
+        ElementRange selection;
+        Handle shown;
+    };
+    const Case cases[] = {
+        {"a selected element", {{root, element, 0}, {root, next, 0}}, element},
+        {"an insertion point just before a child is in its parent", {{root, element, 0}, {root, element, 0}}, root},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        ASSERT_TRUE(session.host.setElementSelection(doc, c.selection));
+        session.plugin.command(1);
+        EXPECT_EQ(session.shown().back(), testing::kPrefix + "Doc:  " + std::to_string(static_cast<int>(doc)) +
+                                              "\n\nElement:  " + std::to_string(static_cast<int>(c.shown)));
+    }
 }
 
 TEST(Commands, AboutBoxNamesVersionAndDate) {
@@ -160,7 +173,8 @@ TEST(Notifications, WhichChangesTriggerAutomaticValidation) {
     const Handle doc = openSettingsInvisibly(session.host, session.putMaster());
     const Handle root = session.host.highestLevelElement(doc, session.host.mainFlow(doc));
     const Handle selected = session.host.firstChild(doc, root);
-    session.host.setElementSelection(doc, ElementRange{{root, selected, 0}, {root, session.host.nextSibling(doc, selected), 0}});
+    const ElementRange selection{{root, selected, 0}, {root, session.host.nextSibling(doc, selected), 0}};
+    const ElementRange insertionPoint{{root, selected, 0}, {root, selected, 0}};
     const int named = static_cast<int>(root);
 
     struct Case {
@@ -168,17 +182,20 @@ TEST(Notifications, WhichChangesTriggerAutomaticValidation) {
         int code;
         const char* attribute;
         Handle expected;
+        bool insertionPoint = false;  // just before `selected` instead of selecting it
     };
     const Case cases[] = {
         {1, kNotePostSetAttrValue, "audience", root},   {1, kNotePostSetAttrValue, "id", kNoObject},
         {1, kNotePostSetAttrValue, "IdRef", kNoObject}, {1, kNotePostSetAttrValue, "IDREFERENCE", kNoObject},
         {1, kNotePostSetAttrValue, "idreferences", root}, {1, kNotePostInsertElement, "", root},
-        {1, kNotePostChangeElement, "", selected},
+        {1, kNotePostChangeElement, "", selected},       {1, kNotePostChangeElement, "", root, true},
         {1, kNotePreQuitDoc, "", kNoObject},            {0, kNotePostSetAttrValue, "audience", kNoObject},
         {2, kNotePostChangeElement, "", kNoObject},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(std::to_string(c.code) + " " + c.attribute + " auto " + std::to_string(c.autoValidate));
+        SCOPED_TRACE(std::to_string(c.code) + " " + c.attribute + " auto " + std::to_string(c.autoValidate) +
+                     (c.insertionPoint ? " at an insertion point" : ""));
+        session.host.setElementSelection(doc, c.insertionPoint ? insertionPoint : selection);
         session.state().prefs.autoValidate = c.autoValidate;
         EXPECT_EQ(autoValidationTarget(session.host, session.state(), c.code, doc, c.attribute, named), c.expected);
     }

@@ -95,9 +95,9 @@ TEST(Startup, ReadOnlyOrMissingFolderStopsWithTheCriticalMessage) {
         const char* name;
         bool folder;
         bool shared;
-        size_t messages;  // the upgrade talks first, then stops at the unsaved shared settings
+        size_t messages;  // the merge talks first, then start-up stops at the unsaved shared settings
     };
-    for (const Case& c : {Case{"missing folder", false, false, 1}, Case{"read-only, new installation", true, false, 1},
+    for (const Case& c : {Case{"missing folder", false, false, 1}, Case{"read-only, new installation", true, false, 2},
                           Case{"read-only, upgrade", true, true, 4}}) {
         SCOPED_TRACE(c.name);
         testing::BasicHostSession<ReadOnlyFolderHost> session;

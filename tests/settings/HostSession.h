@@ -59,8 +59,8 @@ public:
     void putShippedSettings(const SharedSettings& s) { writeFile(inBrindel("BR_Settings_TEMPVOKA.fm"), sharedSettingsXml(s)); }
     void putLocalCopy() { writeFile(inBrindel("VOKA_MainSettings_LocalCopy.fm"), mainSettingsXml()); }
     // A master elsewhere; returns its path in host notation.
-    std::string putMaster(const std::string& omit = "") {
-        writeFile(folder / "shared" / "VOKA_MainSettings.fm", mainSettingsXml(omit));
+    std::string putMaster(const std::string& omit = "", bool filterSchemesInScheme = false) {
+        writeFile(folder / "shared" / "VOKA_MainSettings.fm", mainSettingsXml(omit, filterSchemesInScheme));
         return hostPath(folder / "shared" / "VOKA_MainSettings.fm");
     }
     PluginState& state() { return plugin.state(); }

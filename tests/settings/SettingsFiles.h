@@ -88,12 +88,14 @@ inline std::string sharedSettingsXml(const SharedSettings& s) {
 
 // A main settings document with one category "Software" holding one
 // colouring scheme "By audience"; `omit` names a skeleton element left out
-// (with everything inside it).
-inline std::string mainSettingsXml(const std::string& omit = "") {
+// (with everything inside it). With `filterSchemesInScheme`, "FilterSchemes"
+// sits inside that scheme instead of beside the other containers.
+inline std::string mainSettingsXml(const std::string& omit = "", bool filterSchemesInScheme = false) {
     const auto node = [&](const std::string& tag, const std::string& name, const std::string& inner) {
         return tag == omit ? std::string()
                            : "<element tag=\"" + tag + "\">\n" + (name.empty() ? "" : attribute("Name", name)) + inner + "</element>\n";
     };
+    const std::string filterSchemes = node("FilterSchemes", "", "");
     std::vector<std::pair<std::string, std::vector<std::string>>> defined;
     for (const char* tag : {"VKP_MainSettings", "SchemeCategories", "SchemeCategory", "FilterSchemes", "ColoringSchemes",
                             "Scheme", "ValidationSchemes", "ColorList", "AttributeList"}) defined.push_back({tag, {"Name"}});
@@ -101,7 +103,9 @@ inline std::string mainSettingsXml(const std::string& omit = "") {
            node("VKP_MainSettings", "",
                 node("SchemeCategories", "",
                      node("SchemeCategory", "Software",
-                          node("FilterSchemes", "", "") + node("ColoringSchemes", "", node("Scheme", "By audience", "")) +
+                          (filterSchemesInScheme ? "" : filterSchemes) +
+                              node("ColoringSchemes", "",
+                                   node("Scheme", "By audience", filterSchemesInScheme ? filterSchemes : "")) +
                               node("ValidationSchemes", "", node("Scheme", "Audience check", "")))) +
                     node("ColorList", "", "") + node("AttributeList", "", "")) +
            "</flow>\n</voka-document>\n";

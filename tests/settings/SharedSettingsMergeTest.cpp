@@ -1,6 +1,7 @@
 // The merge of the shipped settings document into the shared one, case by
-// case: new installation, upgrade with equal or higher versions, a shipped
-// file without its settings group, and another product of the maker.
+// case: new installation (also one whose save fails), upgrade with equal or
+// higher versions, a shipped file without its settings group, and another
+// product of the maker.
 #include "settings/HostSession.h"
 #include "settings/SettingsDocument.h"
 #include "settings/SharedSettingsMerge.h"
@@ -32,6 +33,16 @@ SharedSettings settings(int version1, int version2, const char* category) {
     return SharedSettings{version1, version2, std::map<std::string, std::string>{{"DefaultCategory", category}}};
 }
 
+// A host whose saves fail while `refuseSaves` is set, as on a full disk.
+class SaveRefusingHost : public headless::HeadlessHost {
+public:
+    using HeadlessHost::HeadlessHost;
+    Handle simpleSave(Handle doc, const std::string& path, bool interactive) override {
+        return refuseSaves ? fail(kNoObject) : HeadlessHost::simpleSave(doc, path, interactive);
+    }
+    bool refuseSaves = false;
+};
+
 TEST(SharedSettingsMerge, EachInstallationCase) {
     struct Case {
         const char* name;
@@ -42,23 +53,41 @@ TEST(SharedSettingsMerge, EachInstallationCase) {
         const char* category;  // DefaultCategory of the result; nullptr: no result
         int version1;
         int version2;
+        bool saveFails = false;
+        const char* clipboard = nullptr;  // DefaultCategory of a settings group copied before the merge
     };
     const Case cases[] = {
         {"nothing at all", std::nullopt, std::nullopt, "VOKA", Silent, nullptr, 0, 0},
         {"nothing pending", settings(1, 1, "Mine"), std::nullopt, "VOKA", Silent, "Mine", 1, 1},
         {"new installation", std::nullopt, settings(1, 1, "Shipped"), "VOKA", Welcome, "Shipped", 1, 1},
+        {"new installation that cannot be saved", std::nullopt, settings(1, 1, "Shipped"), "VOKA", Welcome, nullptr, 0, 0,
+         true},
         {"equal versions", settings(1, 1, "Mine"), settings(1, 1, "Shipped"), "VOKA", Merged, "Mine", 1, 1},
         {"higher Version2 replaces the group", settings(1, 1, "Mine"), settings(1, 2, "Shipped"), "voka", Merged, "Shipped", 1, 2},
         {"higher Version1 only", settings(1, 1, "Mine"), settings(4, 1, "Shipped"), "VOKA", Merged, "Mine", 4, 1},
         {"higher Version2 without a group", settings(1, 1, "Mine"), SharedSettings{1, 2, std::nullopt}, "VOKA", MergeFailed, "Mine", 1, 2},
+        {"higher Version2 without a group still pastes the clipboard", settings(1, 1, "Mine"),
+         SharedSettings{1, 2, std::nullopt}, "VOKA", MergeFailed, "Copied", 1, 2, false, "Copied"},
         {"another product skips the group", settings(1, 1, "Mine"), settings(1, 2, "Shipped"), "Quorvane", Merged, "Mine", 1, 1},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        HostSession session;
+        testing::BasicHostSession<SaveRefusingHost> session;
         if (c.shared) session.putSharedSettings(*c.shared);
         if (c.shipped) session.putShippedSettings(*c.shipped);
         PluginState& state = session.state();
+        if (c.clipboard) {
+            testing::writeFile(session.folder / "copied.fm", testing::sharedSettingsXml(settings(1, 1, c.clipboard)));
+            const Handle copied =
+                openSettingsInvisibly(session.host, HostSession::hostPath(session.folder / "copied.fm"));
+            const Handle group = findElement(session.host, state, copied, kNoObject, "SettingsGroupE", "*", "*", "Main");
+            const Handle root = session.host.parent(copied, group);
+            const ElementRange whole{{root, group, 0}, {root, session.host.nextSibling(copied, group), 0}};
+            ASSERT_TRUE(session.host.setElementSelection(copied, whole));
+            ASSERT_TRUE(session.host.copySelection(copied));
+            session.host.close(copied, kCloseModified);
+        }
+        session.host.refuseSaves = c.saveFails;
         const std::string sharedPath = HostSession::hostPath(session.inBrindel("BR_Settings.fm"));
         const Handle result = mergeSharedSettings(
             session.host, state, sharedPath, HostSession::hostPath(session.inBrindel("BR_Settings_TEMPVOKA.fm")), c.product);
@@ -68,6 +97,7 @@ TEST(SharedSettingsMerge, EachInstallationCase) {
         EXPECT_FALSE(std::filesystem::exists(session.inBrindel("BR_Settings_TEMPVOKA.fm")));
         if (c.category == nullptr) {
             EXPECT_EQ(result, kNoObject);
+            EXPECT_EQ(testing::openDocumentCount(session.host), 0);
             continue;
         }
         ASSERT_NE(result, kNoObject);
