@@ -36,6 +36,7 @@ std::map<std::string, std::string> snapshot(const std::string& folder) {
 class DependableRuns : public testing::Test {
 protected:
     void SetUp() override { ASSERT_EQ("", installHome(home)); }
+    std::string settings() const { return home + "/Brindel/BR_Settings.fm"; }
     ScratchFolder scratch;
     const std::string home = scratch / "home", in = scratch / "in", out = scratch / "out";
 };
@@ -76,6 +77,8 @@ TEST_F(DependableRuns, EveryExitCodeAsReadmeSaysAndNothingLeaksOrIsLost) {
              fs::create_symlink(in + "/../secret.txt", in + "/out/ch.html");
          },
          {"color", "@IN@/ch.xml", "--out", "@IN@/out"}, 2, "ch.html: it is a symbolic link"},
+        {"settings the plug-in cannot read", [this](const std::string&) { writeFile(settings(), "not XML"); }, {"menus"}, 3,
+         "the plug-in did not start"},
         {"a missing file", files({}), {"color", "@IN@/none.xml"}, 4, "none.xml: no such file"},
         {"a folder", files({{"dir/x", ""}}), {"info", "@IN@/dir"}, 4, "it is a folder"},
         {"a book with a missing chapter, info",
@@ -94,8 +97,10 @@ TEST_F(DependableRuns, EveryExitCodeAsReadmeSaysAndNothingLeaksOrIsLost) {
         {"nesting past the limit", files({{"ch.xml", deep}}), {"color", "@IN@/ch.xml"}, 4,
          "the limit on element depth"},
     };
+    const std::string goodSettings = readFile(settings());
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
+        writeFile(settings(), goodSettings);
         fs::remove_all(in);
         fs::remove_all(out);
         fs::create_directories(in);

@@ -60,6 +60,8 @@ TEST(UntrustedInput, OnlyTheDocumentsFolderTreeIsReadAndEveryLimitIsNamed) {
         {"a small file expanding to many megabytes", {{"doc.xml", amplified + "</d>"}}, "the limit on entity expansion", "/doc.xml:1:", false},
         {"elements nested past the limit", {{"doc.xml", nested(kMaxElementDepth + 1)}},
          "elements nested more than 10000 deep: the limit on element depth", "/doc.xml:1:", false},
+        {"an attribute value past libxml2's 10 MB", {{"doc.xml", "<d a=\"" + std::string(10000001, 'x') + "\"/>"}},
+         "more than 10000000 bytes in one piece of markup", "/doc.xml:1:", false},
         {"an error inside the DTD", {{"bad.dtd", "<!ELEMENT doc ANY>\n<!ATTLIST doc a CDATA \"x\"\n   oops>\n"}, {"doc.xml", "<!DOCTYPE doc SYSTEM \"bad.dtd\">\n<doc/>"}},
          "Space required after the attribute name", "/bad.dtd:3:", false},
     };
