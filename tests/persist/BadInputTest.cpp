@@ -35,6 +35,8 @@ TEST(BadInput, GivesAClearMessageAndNoDocument) {
     const Case cases[] = {
         {"malformed XML", "<doc>\n  <p>\n</doc>\n", "Opening and ending tag mismatch", ":3:", false},
         {"an empty file", "", "the file is empty", "", false},
+        {"four bytes in an encoding libxml2 cannot read", std::string("\0\0<\0", 4), "", "", false},
+        {"the other such byte order", std::string("\0<\0\0", 4), "", "", false},
         {"text after the root", "<doc/>\ntrailing", "Extra content at the end of the document", ":2:", false},
         {"a billion laughs", billionLaughs(), "entity reference loop", ":14:", false},
         {"an external entity on the network",

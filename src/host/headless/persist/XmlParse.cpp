@@ -350,7 +350,9 @@ struct ParseCallbacks {
         addMessage(c.issues_.warnings, text);
     }
 
-    static void parserError(void* ctx, xmlErrorPtr e) { record(of(ctx), e); }
+    static void parserError(void* ctx, xmlErrorPtr e) {
+        if (ctx && static_cast<xmlParserCtxtPtr>(ctx)->_private) record(of(ctx), e);
+    }
 
     static void globalError(void* data, xmlErrorPtr e) { record(*static_cast<ParseContext*>(data), e); }
 
@@ -476,7 +478,9 @@ ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
         return context.issues_;
     }
     xmlSAXHandler sax = makeHandler();
-    xmlParserCtxtPtr parser = xmlCreatePushParserCtxt(&sax, nullptr, buffer.data(), static_cast<int>(n), context.uri_.c_str());
+    // Created without bytes: libxml2 reports what it finds in the first ones
+    // (an encoding it cannot read) to callbacks that need the context set.
+    xmlParserCtxtPtr parser = xmlCreatePushParserCtxt(&sax, nullptr, nullptr, 0, context.uri_.c_str());
     if (!parser) {
         context.issues_.error = "Cannot read \"" + path + "\": out of memory";
         ::close(fd);
@@ -486,6 +490,7 @@ ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
     context.parser_ = parser;
     // No XML_PARSE_HUGE: libxml2's limits on entity expansion and depth stay on.
     xmlCtxtUseOptions(parser, XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_DTDLOAD);
+    xmlParseChunk(parser, buffer.data(), static_cast<int>(n), 0);
 
     bool ended = false;
     while (!ended && !context.failed() && parser->instate != XML_PARSER_EOF) {
