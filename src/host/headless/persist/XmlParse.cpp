@@ -350,8 +350,13 @@ struct ParseCallbacks {
         addMessage(c.issues_.warnings, text);
     }
 
+    // The first bytes are read while the parser is being made, before it
+    // knows its context (an encoding libxml2 cannot read is found there);
+    // for that moment the load's routed collector takes the message.
     static void parserError(void* ctx, xmlErrorPtr e) {
-        if (ctx && static_cast<xmlParserCtxtPtr>(ctx)->_private) record(of(ctx), e);
+        void* own = ctx ? static_cast<xmlParserCtxtPtr>(ctx)->_private : nullptr;
+        void* routed = xmlStructuredErrorContext;
+        if (own || routed) record(*static_cast<ParseContext*>(own ? own : routed), e);
     }
 
     static void globalError(void* data, xmlErrorPtr e) { record(*static_cast<ParseContext*>(data), e); }
@@ -478,9 +483,7 @@ ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
         return context.issues_;
     }
     xmlSAXHandler sax = makeHandler();
-    // Created without bytes: libxml2 reports what it finds in the first ones
-    // (an encoding it cannot read) to callbacks that need the context set.
-    xmlParserCtxtPtr parser = xmlCreatePushParserCtxt(&sax, nullptr, nullptr, 0, context.uri_.c_str());
+    xmlParserCtxtPtr parser = xmlCreatePushParserCtxt(&sax, nullptr, buffer.data(), static_cast<int>(n), context.uri_.c_str());
     if (!parser) {
         context.issues_.error = "Cannot read \"" + path + "\": out of memory";
         ::close(fd);
@@ -490,7 +493,6 @@ ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
     context.parser_ = parser;
     // No XML_PARSE_HUGE: libxml2's limits on entity expansion and depth stay on.
     xmlCtxtUseOptions(parser, XML_PARSE_NONET | XML_PARSE_NOENT | XML_PARSE_DTDLOAD);
-    xmlParseChunk(parser, buffer.data(), static_cast<int>(n), 0);
 
     bool ended = false;
     while (!ended && !context.failed() && parser->instate != XML_PARSER_EOF) {
