@@ -91,9 +91,10 @@ TEST(ContentForm, TextIsReadAndUnchangedFilesAreWrittenBack) {
          "one two Larkfield & Co<raw>\n", ""},
         {kChapter}, {readFile(book + "01-overview.xml")}, {readFile(book + "02-install.xml")},
         {readFile(book + "03-configure.xml")}, {readFile(book + "04-release-notes.xml")},
-        {"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<!DOCTYPE doc [<!ATTLIST doc a CDATA \"x\">]>\n<doc>caf\xe9</doc>\n",
+        // Another encoding is saved as UTF-8, the prolog as written but for its declaration.
+        {"<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<!DOCTYPE doc [<!ATTLIST doc a CDATA \"x&amp;\xe9\">]>\n<doc>caf\xe9</doc>\n",
          "caf\xc3\xa9",
-         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE doc [\n<!ATTLIST doc a CDATA \"x\">\n]>\n<doc>caf\xc3\xa9</doc>\n"},
+         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<!DOCTYPE doc [<!ATTLIST doc a CDATA \"x&amp;\xc3\xa9\">]>\n<doc>caf\xc3\xa9</doc>\n"},
         {utf16, "caf\xc3\xa9", "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<doc>caf\xc3\xa9</doc>\n"},
     };
     ScratchFolder folder;

@@ -193,18 +193,19 @@ private:
 
     // The prolog is kept byte for byte, so the DOCTYPE and its internal
     // subset come back as they were written. Input in another encoding is
-    // saved as UTF-8, with a prolog rebuilt from the DTD libxml2 read.
+    // saved as UTF-8: its prolog converted, and declared so.
     void keepProlog(ParseContext& context) {
-        if (!context.converted()) {
-            std::string bytes;
-            if (context.readPrefix(context.consumed(), bytes)) {
-                auto tagStart = bytes.rfind('<');
-                if (tagStart != std::string::npos) {
-                    doc_.contentProlog = bytes.substr(0, tagStart);
-                    return;
-                }
+        std::string bytes;
+        const bool converted = context.converted();
+        if (converted ? context.readPrefixAsUtf8(context.consumed(), bytes) : context.readPrefix(context.consumed(), bytes)) {
+            auto tagStart = bytes.rfind('<');
+            if (tagStart != std::string::npos) {
+                doc_.contentProlog = bytes.substr(0, tagStart);
+                if (converted) declareUtf8(doc_.contentProlog);
+                return;
             }
         }
+        // A prolog that cannot be had as written is rebuilt from the DTD libxml2 read.
         doc_.contentProlog = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n";
         xmlDocPtr dtdDoc = context.parser()->myDoc;
         if (!dtdDoc || !dtdDoc->intSubset) return;
@@ -214,6 +215,21 @@ private:
         doc_.contentProlog.append(str(xmlBufferContent(buffer)), static_cast<std::size_t>(xmlBufferLength(buffer)));
         doc_.contentProlog += "\n";
         xmlBufferFree(buffer);
+    }
+
+    // The converted prolog loses its byte order mark and names UTF-8 in its
+    // declaration, which the saved file is in.
+    static void declareUtf8(std::string& prolog) {
+        if (prolog.rfind("\xEF\xBB\xBF", 0) == 0) prolog.erase(0, 3);
+        if (prolog.rfind("<?xml", 0) != 0) return;
+        const auto declarationEnd = prolog.find("?>");
+        const auto name = prolog.find("encoding", 0);
+        if (name == std::string::npos || name > declarationEnd) return;
+        const auto open = prolog.find_first_of("\"'", name);
+        if (open == std::string::npos || open > declarationEnd) return;
+        const auto close = prolog.find(prolog[open], open + 1);
+        if (close == std::string::npos || close > declarationEnd) return;
+        prolog.replace(open + 1, close - open - 1, "UTF-8");
     }
 
     // Declared elements and attributes in declaration order, the internal

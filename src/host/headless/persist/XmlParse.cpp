@@ -4,6 +4,7 @@
 
 #include <libxml/SAX2.h>
 #include <libxml/catalog.h>
+#include <libxml/encoding.h>
 #include <libxml/entities.h>
 #include <libxml/hash.h>
 #include <libxml/uri.h>
@@ -120,6 +121,23 @@ std::string ParseContext::location() const {
 bool ParseContext::inDocument() const {
     // While the DTD is read, libxml2 sets the document's input aside; the file name tells.
     return !parser_ || !parser_->input || !parser_->input->filename || uri_ == parser_->input->filename;
+}
+
+bool ParseContext::readPrefixAsUtf8(std::size_t end, std::string& text) const {
+    std::string bytes;
+    if (!converted() || !readPrefix(end, bytes)) return false;
+    // A handler of its own, so that the parser's conversion state is left alone.
+    xmlCharEncodingHandlerPtr handler = xmlFindCharEncodingHandler(parser_->input->buf->encoder->name);
+    if (!handler) return false;
+    xmlBufferPtr in = xmlBufferCreate();
+    xmlBufferPtr out = xmlBufferCreate();
+    bool ok = in && out && xmlBufferAdd(in, reinterpret_cast<const xmlChar*>(bytes.data()), static_cast<int>(bytes.size())) == 0 &&
+              xmlCharEncInFunc(handler, out, in) >= 0 && xmlBufferLength(in) == 0;
+    if (ok) text.assign(reinterpret_cast<const char*>(xmlBufferContent(out)), static_cast<std::size_t>(xmlBufferLength(out)));
+    if (in) xmlBufferFree(in);
+    if (out) xmlBufferFree(out);
+    xmlCharEncCloseFunc(handler);
+    return ok;
 }
 
 void ParseContext::fail(const std::string& message) {

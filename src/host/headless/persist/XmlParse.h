@@ -85,6 +85,9 @@ public:
     std::size_t consumed() const;
     // True when the input was converted from another encoding to UTF-8.
     bool converted() const;
+    // The file's bytes [0, end) converted to UTF-8 as the parser converts
+    // them; false when they cannot be.
+    bool readPrefixAsUtf8(std::size_t end, std::string& text) const;
 
     ParseIssues& issues() { return issues_; }
 
