@@ -52,6 +52,8 @@ TEST(BadInput, GivesAClearMessageAndNoDocument) {
          "defaults it declares are unavailable", "", true},
         {"a content-form instruction past the text", "<doc>text</doc>\n<?voka-format start=\"3\" end=\"99\" color=\"Red\"?>",
          "voka-format", ":2:", true},
+        {"an instruction with a character XML cannot hold",
+         "<doc>text</doc>\n<?voka-marker-type name=\"Index&#8;\"?>", "voka-marker-type", ":2:", true},
         {"an unknown content-form instruction", "<doc>text</doc>\n\n<?voka-sparkle on=\"1\"?>", "voka-sparkle", ":3:", true},
         {"a full-form file cut short", "<voka-document version=\"1\"><flow name=\"A\"><element tag=\"x\">",
          "the file ends inside <element>, which is not closed", ":1:", false},

@@ -67,7 +67,10 @@ bool unescape(std::string_view raw, std::string& out) {
             std::string_view digits = name.substr(hex ? 2 : 1);
             std::uint32_t code = 0;
             auto [end, ec] = std::from_chars(digits.data(), digits.data() + digits.size(), code, hex ? 16 : 10);
-            if (ec != std::errc() || end != digits.data() + digits.size() || code == 0 || code > 0x10FFFF) return false;
+            // Only characters XML can hold: the value may be written into a document again.
+            const bool legal = code == 0x9 || code == 0xA || code == 0xD || (code >= 0x20 && code <= 0xD7FF) ||
+                               (code >= 0xE000 && code <= 0xFFFD) || (code >= 0x10000 && code <= 0x10FFFF);
+            if (ec != std::errc() || end != digits.data() + digits.size() || !legal) return false;
             appendUtf8(out, code);
             continue;
         }
