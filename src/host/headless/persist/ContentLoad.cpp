@@ -71,7 +71,7 @@ public:
     void startElement(ParseContext& context, const StartTag& tag) override {
         if (!rootSeen_) {
             rootSeen_ = true;
-            keepProlog(context);
+            keepProlog(context, tag);
             readDtd(context);
         }
         const Index definition = definitionOf(tag);
@@ -194,12 +194,15 @@ private:
     // The prolog is kept byte for byte, so the DOCTYPE and its internal
     // subset come back as they were written. Input in another encoding is
     // saved as UTF-8: its prolog converted, and declared so.
-    void keepProlog(ParseContext& context) {
+    void keepProlog(ParseContext& context, const StartTag& root) {
         std::string bytes;
         const bool converted = context.converted();
         if (converted ? context.readPrefixAsUtf8(context.consumed(), bytes) : context.readPrefix(context.consumed(), bytes)) {
             auto tagStart = bytes.rfind('<');
-            if (tagStart != std::string::npos) {
+            // A stateful encoding can leave the count of bytes read uncertain:
+            // the prolog is taken only when it ends where the root begins.
+            const std::string name = root.qualifiedName();
+            if (tagStart != std::string::npos && (!converted || bytes.compare(tagStart + 1, name.size(), name) == 0)) {
                 doc_.contentProlog = bytes.substr(0, tagStart);
                 if (converted) declareUtf8(doc_.contentProlog);
                 return;
