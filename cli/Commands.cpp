@@ -151,13 +151,9 @@ int writeOutputs(Session& session, const DocumentOutputs& outputs, const std::st
 }
 
 std::string indexPage(const OutputPlan& plan, const std::string& title) {
-    std::string html = "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\">\n";
-    html += kPagePolicy;
-    html += "\n";
-    html += kGeneratorMark;
-    html += "\n<title>";
-    appendHtmlEscaped(html, title);
-    html += "</title></head><body>\n<h1>";
+    std::string html;
+    appendPageHead(html, title);
+    html += "</head><body>\n<h1>";
     appendHtmlEscaped(html, title);
     html += "</h1>\n<ul>\n";
     for (const DocumentOutputs& outputs : plan.documents) {

@@ -245,13 +245,8 @@ const char* styleLabel(int style) {
 bool renderHtml(const Document& doc, const Rendering& rendering, const PageSink& sink) {
     std::string out;
     out.reserve(2 << 20);
-    out += "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\">\n";
-    out += kPagePolicy;
-    out += "\n";
-    out += kGeneratorMark;
-    out += "\n<title>";
-    appendEscaped(out, rendering.title);
-    out += "</title>\n<style>\n"
+    appendPageHead(out, rendering.title);
+    out += "<style>\n"
            "body{font-family:sans-serif;margin:2em;line-height:1.6}\n"
            ".el{margin-left:1.2em}\nspan.el{margin-left:0}\n"
            ".tag{font-size:70%;color:#888;margin-right:.4em;font-family:monospace}\n"
@@ -273,11 +268,18 @@ bool renderHtml(const Document& doc, const Rendering& rendering, std::ostream& o
            static_cast<bool>(out.flush());
 }
 
-const char* const kPagePolicy =
-    "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'; "
-    "img-src 'none'; form-action 'none'\">";
-
 const char* const kGeneratorMark = "<meta name=\"generator\" content=\"voka\">";
+
+void appendPageHead(std::string& out, std::string_view title) {
+    // No script runs and nothing loads, whatever a document managed to put in the page.
+    out += "<!DOCTYPE html>\n<html><head><meta charset=\"utf-8\">\n"
+           "<meta http-equiv=\"Content-Security-Policy\" content=\"default-src 'none'; style-src 'unsafe-inline'; "
+           "img-src 'none'; form-action 'none'\">\n";
+    out += kGeneratorMark;
+    out += "\n<title>";
+    appendEscaped(out, title);
+    out += "</title>\n";
+}
 
 void appendHtmlEscaped(std::string& out, std::string_view text) { appendEscaped(out, text); }
 

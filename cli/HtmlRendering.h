@@ -39,10 +39,12 @@ using PageSink = std::function<bool(std::string_view)>;
 bool renderHtml(const headless::Document& doc, const Rendering& rendering, const PageSink& sink);
 bool renderHtml(const headless::Document& doc, const Rendering& rendering, std::ostream& out);
 
-// The Content-Security-Policy every page voka writes carries.
-extern const char* const kPagePolicy;
 // The mark in every page's head by which voka knows a page it may replace.
 extern const char* const kGeneratorMark;
+// The start of every page voka writes, up to and with its escaped title: the
+// character set, a Content-Security-Policy that runs no script and loads
+// nothing, and the generator mark. The caller closes the head.
+void appendPageHead(std::string& out, std::string_view title);
 // Text or an attribute value as HTML: & < > " ' escaped.
 void appendHtmlEscaped(std::string& out, std::string_view text);
 // A relative path for an href, every byte but letters, digits, - . _ ~ and / percent-encoded.

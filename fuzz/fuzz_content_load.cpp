@@ -19,7 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     // Removed at once: the next input might name it as its DTD.
     ::unlink(saved.c_str());
     if (!again.document) voka::fuzz::fail("a saved document does not load", again.error);
-    // A file in another encoding than UTF-8 comes back with a rebuilt prolog.
+    // A file in another encoding than UTF-8 comes back with its prolog declared UTF-8.
     loaded.document->contentProlog.clear();
     again.document->contentProlog.clear();
     const std::string difference = voka::test::firstDifference(*loaded.document, *again.document);

@@ -124,8 +124,7 @@ bool beginAtomicFile(const std::string& target, AtomicFile& file, std::string& e
     std::vector<char> name(pattern.begin(), pattern.end());
     name.push_back('\0');
     // Listed before it exists, so that a signal can never miss it.
-    std::string listed(pattern);
-    file.slot = listPending(listed);
+    file.slot = listPending(pattern);
     fd = ::mkstemp(name.data());
     if (fd < 0) {
         int err = errno;
