@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
+#include <optional>
+#include <unordered_map>
 
 namespace voka::cli {
 namespace {
@@ -14,17 +16,30 @@ using headless::Flow;
 using headless::Index;
 using headless::kNil;
 
-void appendEscaped(std::string& out, std::string_view text) {
-    for (char c : text) {
-        switch (c) {
-        case '<': out += "&lt;"; break;
-        case '>': out += "&gt;"; break;
-        case '&': out += "&amp;"; break;
-        case '"': out += "&quot;"; break;
-        case '\'': out += "&#39;"; break;
-        default: out += c;
-        }
+// The replacement of each byte HTML needs escaped; null for the others.
+struct HtmlEscapes {
+    const char* replacement[256] = {};
+    constexpr HtmlEscapes() {
+        replacement[static_cast<unsigned char>('<')] = "&lt;";
+        replacement[static_cast<unsigned char>('>')] = "&gt;";
+        replacement[static_cast<unsigned char>('&')] = "&amp;";
+        replacement[static_cast<unsigned char>('"')] = "&quot;";
+        replacement[static_cast<unsigned char>('\'')] = "&#39;";
     }
+};
+constexpr HtmlEscapes kHtmlEscapes;
+
+// Copies the plain stretches between escapes whole: most text has none.
+void appendEscaped(std::string& out, std::string_view text) {
+    std::size_t start = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char* replacement = kHtmlEscapes.replacement[static_cast<unsigned char>(text[i])];
+        if (replacement == nullptr) continue;
+        out.append(text.data() + start, i - start);
+        out.append(replacement);
+        start = i + 1;
+    }
+    out.append(text.data() + start, text.size() - start);
 }
 
 // A colour from a document goes into a style only as #RGB or #RRGGBB hex:
@@ -35,20 +50,34 @@ std::string cssColor(std::string_view rgb) {
     return hex ? std::string(rgb) : std::string();
 }
 
+// Reads a run map at offsets that only grow, as the page is written: each
+// step is O(1) amortised instead of a search.
 template <class Value>
-const Value* valueAt(const std::map<std::uint32_t, Value>& runs, std::uint32_t offset) {
-    auto it = runs.upper_bound(offset);
-    if (it == runs.begin()) return nullptr;
-    return &std::prev(it)->second;
-}
+class RunCursor {
+public:
+    explicit RunCursor(const headless::RunMap<Value>& runs) : runs_(runs) {}
+    void seek(std::uint32_t offset) {
+        if (next_ > 0 && runs_.key(next_ - 1) > offset) next_ = runs_.upperBound(offset);
+        while (next_ < runs_.size() && runs_.key(next_) <= offset) ++next_;
+    }
+    const Value* value() const { return next_ == 0 ? nullptr : &runs_.value(next_ - 1); }
+    std::uint32_t boundary(std::uint32_t limit) const {
+        return next_ == runs_.size() ? limit : std::min(runs_.key(next_), limit);
+    }
 
-// The next offset after `offset` where a run of `runs` begins, or `limit`.
-template <class Value>
-std::uint32_t nextBoundary(const std::map<std::uint32_t, Value>& runs, std::uint32_t offset, std::uint32_t limit) {
-    auto it = runs.upper_bound(offset);
-    if (it == runs.end()) return limit;
-    return std::min(it->first, limit);
-}
+private:
+    const headless::RunMap<Value>& runs_;
+    std::size_t next_ = 0;
+};
+
+struct FormatHash {
+    std::size_t operator()(const CharFormat& f) const {
+        const std::uint64_t styles = std::uint64_t{f.set} | std::uint64_t{f.underlining} << 8 |
+                                     std::uint64_t{f.overline} << 16 | std::uint64_t{f.strikethrough} << 24 |
+                                     std::uint64_t{f.changeBar} << 32;
+        return std::hash<std::uint64_t>()(styles * 0x9E3779B97F4A7C15ull ^ f.color);
+    }
+};
 
 class Renderer {
 public:
@@ -57,6 +86,8 @@ public:
 
     void flow(const Flow& flow) {
         flow_ = &flow;
+        formats_.emplace(flow.formats);
+        conditions_.emplace(flow.conditions);
         out_ += "<section class=\"flow\" data-flow=\"";
         appendEscaped(out_, flow.name);
         out_ += "\">\n";
@@ -65,9 +96,9 @@ public:
     }
 
 private:
-    bool hidden(std::uint32_t offset) const {
+    bool hidden() const {
         if (doc_.showAll) return false;
-        const std::uint32_t* set = valueAt(flow_->conditions.runs(), offset);
+        const std::uint32_t* set = conditions_->value();
         if (!set || *set == 0 || *set >= doc_.conditionSets.size()) return false;
         for (Index c : doc_.conditionSets[*set])
             if (c < doc_.conditions.size() && !doc_.conditions[c].shown) return true;
@@ -149,10 +180,11 @@ private:
     void text(std::uint32_t begin, std::uint32_t end) {
         end = std::min<std::uint32_t>(end, static_cast<std::uint32_t>(flow_->text.size()));
         while (begin < end) {
-            std::uint32_t stop = std::min(nextBoundary(flow_->formats.runs(), begin, end),
-                                          nextBoundary(flow_->conditions.runs(), begin, end));
+            formats_->seek(begin);
+            conditions_->seek(begin);
+            const std::uint32_t stop = std::min(formats_->boundary(end), conditions_->boundary(end));
             std::string_view piece(flow_->text.data() + begin, stop - begin);
-            if (!hidden(begin) && !piece.empty()) span(valueAt(flow_->formats.runs(), begin), piece);
+            if (!hidden() && !piece.empty()) span(formats_->value(), piece);
             begin = stop;
         }
     }
@@ -163,27 +195,35 @@ private:
             appendEscaped(out_, piece);
             return;
         }
+        auto [opening, added] = openings_.try_emplace(*format);
+        if (added) opening->second = spanOpening(*format);
+        out_ += opening->second;
+        appendEscaped(out_, piece);
+        out_ += "</span>";
+    }
+
+    std::string spanOpening(const CharFormat& format) const {
         std::string style;
         std::string data;
-        if ((format->set & CharFormat::kColor) && format->color < doc_.colors.size()) {
-            if (const std::string rgb = cssColor(doc_.colors[format->color].rgb); !rgb.empty()) style += "color:" + rgb + ";";
+        if ((format.set & CharFormat::kColor) && format.color < doc_.colors.size()) {
+            if (const std::string rgb = cssColor(doc_.colors[format.color].rgb); !rgb.empty()) style += "color:" + rgb + ";";
             data += " data-color=\"";
-            appendEscaped(data, doc_.colors[format->color].name);
+            appendEscaped(data, doc_.colors[format.color].name);
             data += "\"";
         }
         std::string lines;
         std::string lineStyle;
-        if ((format->set & CharFormat::kUnderlining) && format->underlining) {
+        if ((format.set & CharFormat::kUnderlining) && format.underlining) {
             lines += " underline";
             static const char* kUnderlineStyles[] = {"", "solid", "double", "dotted"};
-            lineStyle = kUnderlineStyles[std::min<int>(format->underlining, 3)];
-            data += " data-underline=\"" + std::to_string(format->underlining) + "\"";
+            lineStyle = kUnderlineStyles[std::min<int>(format.underlining, 3)];
+            data += " data-underline=\"" + std::to_string(format.underlining) + "\"";
         }
-        if ((format->set & CharFormat::kOverline) && format->overline) {
+        if ((format.set & CharFormat::kOverline) && format.overline) {
             lines += " overline";
             data += " data-overline=\"1\"";
         }
-        if ((format->set & CharFormat::kStrikethrough) && format->strikethrough) {
+        if ((format.set & CharFormat::kStrikethrough) && format.strikethrough) {
             lines += " line-through";
             data += " data-strikethrough=\"1\"";
         }
@@ -191,13 +231,11 @@ private:
             style += "text-decoration-line:" + lines.substr(1) + ";";
             if (!lineStyle.empty()) style += "text-decoration-style:" + lineStyle + ";";
         }
-        if ((format->set & CharFormat::kChangeBar) && format->changeBar) {
+        if ((format.set & CharFormat::kChangeBar) && format.changeBar) {
             style += "border-left:3px solid #c00000;padding-left:2px;";
             data += " data-change-bar=\"1\"";
         }
-        out_ += "<span class=\"t\" style=\"" + style + "\"" + data + ">";
-        appendEscaped(out_, piece);
-        out_ += "</span>";
+        return "<span class=\"t\" style=\"" + style + "\"" + data + ">";
     }
 
     static inline const std::string kNoTag;
@@ -205,6 +243,9 @@ private:
     std::string& out_;
     const PageSink& sink_;
     const Flow* flow_ = nullptr;
+    std::optional<RunCursor<CharFormat>> formats_;
+    std::optional<RunCursor<std::uint32_t>> conditions_;
+    std::unordered_map<CharFormat, std::string, FormatHash> openings_;  // a span's start tag by its format
     bool failed_ = false;
 };
 

@@ -1,7 +1,7 @@
 #include "coloring/ColoringEngine.h"
 
 #include "coloring/ColoringMessages.h"
-#include "coloring/ElementWalker.h"
+#include "schemes/ElementWalker.h"
 #include "coloring/RuleApplication.h"
 #include "coloring/RuleColors.h"
 #include "frame/Alerts.h"

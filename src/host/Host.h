@@ -15,6 +15,7 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -323,6 +324,13 @@ public:
     // order, each with its values (empty when unset).
     virtual Attributes attributes(Handle doc, Handle element) = 0;
     virtual bool setAttributes(Handle doc, Handle element, const Attributes& attributes) = 0;
+    // The same values without copies, for walks that only compare them: one
+    // span per declared attribute, in declaration order, empty when unset.
+    // The strings stay the host's and valid until an element, attribute or
+    // definition of the document changes or it closes (text and character
+    // formats may change meanwhile). False, with `values` empty, when the
+    // element is gone.
+    virtual bool borrowAttributeValues(Handle doc, Handle element, std::vector<std::span<const std::string>>& values) = 0;
 
     virtual Handle newElement(Handle doc, Handle definition, const ElementLocation& where) = 0;
     virtual bool deleteObject(Handle doc, Handle object) = 0;

@@ -1,25 +1,15 @@
 #include "schemes/RuleMatching.h"
 
-#include "schemes/ElementAttributes.h"
 #include "schemes/NameLists.h"
 #include "schemes/SchemeSchema.h"
 
+#include <span>
 #include <string>
+#include <string_view>
 
 namespace voka {
 
 namespace {
-
-// Ancestors remembered between elements; a walk only ever needs the chain
-// above the current element, so the memory is dropped when it grows past this.
-constexpr std::size_t kRememberedAncestors = 4096;
-
-constexpr int kNotLookedUp = -2;
-
-const std::vector<std::string>& noValues() {
-    static const std::vector<std::string> empty;
-    return empty;
-}
 
 int nameSlot(MatchContext& context, const std::string& name) {
     int found = findInList(context.names, name, context.exact);
@@ -28,141 +18,23 @@ int nameSlot(MatchContext& context, const std::string& name) {
     return static_cast<int>(context.names.size()) - 1;
 }
 
-int findAttribute(const Attributes& attributes, const std::string& name, bool exact) {
-    for (std::size_t i = 0; i < attributes.size(); ++i) {
-        if (namesEqual(attributes[i].name, name, exact)) return static_cast<int>(i);
-    }
-    return -1;
-}
-
-void readDefinitions(Host& host, MatchContext& context, Handle definition, MatchContext::DefinitionInfo& info) {
-    if (info.definitionsRead) return;
-    info.definitionsRead = true;
-    info.definitions = host.attributeDefinitions(context.doc, definition);
-    info.declares.assign(context.names.size(), 0);
-    for (std::size_t slot = 0; slot < context.names.size(); ++slot) {
-        for (const AttributeDefinition& declared : info.definitions) {
-            if (namesEqual(declared.name, context.names[slot], context.exact)) {
-                info.declares[slot] = 1;
-                break;
-            }
-        }
-    }
-}
-
-// The element's attributes as the scheme sees them, into `out`. The
-// definition is only needed for the EDD defaults; 0 asks the host for it.
-void collect(Host& host, MatchContext& context, Handle element, Handle definition, Attributes& out) {
-    out = host.attributes(context.doc, element);
-    if (context.eddDefaults) {
-        if (definition == kNoObject) definition = host.elementDefinition(context.doc, element);
-        MatchContext::DefinitionInfo& info = context.definitions[definition];
-        readDefinitions(host, context, definition, info);
-        applyDefaultsByPosition(out, info.definitions);
-    }
-    if (context.spaceDelimited) splitValuesAtBlanks(out);
-}
-
-Handle parentOf(Host& host, MatchContext& context, MatchContext::Ancestor& ancestor, Handle element) {
-    if (!ancestor.parentKnown) {
-        ancestor.parent = host.parent(context.doc, element);
-        ancestor.parentKnown = true;
-    }
-    return ancestor.parent;
-}
-
-bool declaresSlot(Host& host, MatchContext& context, MatchContext::Ancestor& ancestor, Handle element, int slot) {
-    if (ancestor.definition == kNoObject) ancestor.definition = host.elementDefinition(context.doc, element);
-    if (ancestor.definition == kNoObject) return false;
-    MatchContext::DefinitionInfo& info = context.definitions[ancestor.definition];
-    readDefinitions(host, context, ancestor.definition, info);
-    return info.declares[static_cast<std::size_t>(slot)] != 0;
-}
-
-// The ancestor walk from `start` upwards for one name: the first ancestor
-// with values ends it. Results are remembered per ancestor, so siblings and
-// descendants reuse them; an ancestor's attributes are collected only when
-// its definition declares the name.
-InheritedValues inheritFrom(Host& host, MatchContext& context, Handle start, int slot) {
-    std::size_t slots = context.names.size();
-    InheritedValues base{true, false, &noValues()};
-    context.chain.clear();
-    for (Handle at = start; at != kNoObject;) {
-        MatchContext::Ancestor& ancestor = context.ancestors[at];
-        if (ancestor.resolved.empty()) ancestor.resolved.resize(slots);
-        if (ancestor.resolved[static_cast<std::size_t>(slot)].known) {
-            base = ancestor.resolved[static_cast<std::size_t>(slot)];
-            break;
-        }
-        context.chain.emplace_back(&ancestor, at);
-        at = parentOf(host, context, ancestor, at);
-    }
-    for (std::size_t i = context.chain.size(); i-- > 0;) {
-        auto [ancestorPointer, handle] = context.chain[i];
-        MatchContext::Ancestor& ancestor = *ancestorPointer;
-        InheritedValues result = base;
-        if (declaresSlot(host, context, ancestor, handle, slot)) {
-            if (!ancestor.collected) {
-                collect(host, context, handle, ancestor.definition, ancestor.attributes);
-                ancestor.collected = true;
-            }
-            int index = findAttribute(ancestor.attributes, context.names[static_cast<std::size_t>(slot)],
-                                      context.exact);
-            if (index >= 0) {
-                const std::vector<std::string>& values = ancestor.attributes[static_cast<std::size_t>(index)].values;
-                result.seen = true;
-                if (!values.empty()) result.values = &values;
-            }
-        }
-        ancestor.resolved[static_cast<std::size_t>(slot)] = result;
-        base = result;
-    }
-    return base;
-}
-
-int slotIndexOf(MatchContext& context, int slot) {
-    int& index = context.slotIndex[static_cast<std::size_t>(slot)];
-    if (index == kNotLookedUp) {
-        index = findAttribute(*context.attributes, context.names[static_cast<std::size_t>(slot)], context.exact);
-    }
-    return index;
-}
-
-const InheritedValues& inheritedFor(Host& host, MatchContext& context, int slot) {
-    InheritedValues& inherited = context.inherited[static_cast<std::size_t>(slot)];
-    if (inherited.known) return inherited;
-    if (!context.parentKnown) {
-        context.parent = host.parent(context.doc, context.element);
-        context.parentKnown = true;
-    }
-    inherited = inheritFrom(host, context, context.parent, slot);
-    return inherited;
-}
-
-void beginElement(MatchContext& context, Handle element, const Attributes* attributes) {
-    if (context.ancestors.size() > kRememberedAncestors) context.ancestors.clear();
-    context.element = element;
-    context.parentKnown = false;
-    context.attributes = attributes;
-    context.slotIndex.assign(context.names.size(), kNotLookedUp);
-    context.inherited.assign(context.names.size(), InheritedValues{});
-}
-
 // Equality without a library call for the common short mismatch.
-bool sameText(const std::string& a, const std::string& b) {
+bool sameText(std::string_view a, const std::string& b) {
     if (a.size() != b.size()) return false;
     if (a.empty()) return true;
     return a.front() == b.front() && std::char_traits<char>::compare(a.data(), b.data(), a.size()) == 0;
 }
 
-bool listed(const std::vector<std::string>& values, const std::string& wanted, bool exact) {
-    for (const std::string& value : values) {
+bool listed(std::span<const std::string_view> values, const std::string& wanted, bool exact) {
+    for (std::string_view value : values) {
         if (exact ? sameText(value, wanted) : equalsIgnoreCase(value, wanted)) return true;
     }
     return false;
 }
 
-int matchRule(Host& host, MatchContext& context, int ruleIndex, bool inherit) {
+// Rule `ruleIndex` against the last element of the context's path.
+int matchRule(const MatchContext& context, int ruleIndex, bool inherit) {
+    const ValuePath& path = context.path;
     const MatchContext::Rule& rule = context.rules[static_cast<std::size_t>(ruleIndex)];
     const MatchContext::Condition* conditions = context.conditions.data() + rule.first;
     const bool matchAll = rule.matchAll;
@@ -170,22 +42,22 @@ int matchRule(Host& host, MatchContext& context, int ruleIndex, bool inherit) {
     bool noAttributeSeen = true;  // deliberately not reset per condition
     for (std::size_t i = 0; i < rule.count; ++i) {
         const MatchContext::Condition& condition = conditions[i];
-        int index = slotIndexOf(context, condition.slot);
-        const std::vector<std::string>* values = &noValues();
-        if (index >= 0) {
+        const ValuePath::Own& own = path.own(condition.slot);
+        ValuePath::Values found;
+        if (own.has) {
             noAttributeSeen = false;
-            values = &(*context.attributes)[static_cast<std::size_t>(index)].values;
+            found = own.values;
         }
-        if ((index >= 0 && values->empty()) || (index < 0 && inherit)) {
-            const InheritedValues& inherited = inheritedFor(host, context, condition.slot);
+        if ((own.has && found.empty()) || (!own.has && inherit)) {
+            const ValuePath::Inherited& inherited = path.inherited(condition.slot);
             if (inherited.seen) noAttributeSeen = false;
-            values = inherited.values;
+            found = inherited.values;
         }
         if (noAttributeSeen) {
             if (matchAll) return 0;
             continue;
         }
-        if (values->empty()) {
+        if (found.empty()) {
             result = condition.noValue ? 1 : 0;
             if (result == 1 && !matchAll) return 1;
             if (result == 0 && matchAll) return 0;
@@ -196,9 +68,10 @@ int matchRule(Host& host, MatchContext& context, int ruleIndex, bool inherit) {
             if (!matchAll) return 1;
             continue;
         }
+        const std::span<const std::string_view> values = path.values(found);
         bool missed = false;
         for (const std::string& wanted : *condition.wanted) {
-            if (listed(*values, wanted, context.exact)) {
+            if (listed(values, wanted, context.exact)) {
                 result = 1;
                 if (!matchAll) return 1;
             } else {
@@ -217,11 +90,11 @@ bool inheritsIn(int contextCode) {
 }  // namespace
 
 void prepareMatching(const PluginState& state, Handle doc, MatchContext& context) {
-    context = MatchContext{};
     context.doc = doc;
     context.exact = state.coloring.options.ignoreCase == 0;
-    context.eddDefaults = state.coloring.options.includeEddDefaults;
-    context.spaceDelimited = state.coloring.options.spaceDelimited;
+    context.names.clear();
+    context.conditions.clear();
+    context.rules.clear();
     for (const ColorRule& rule : state.coloring.rules) {
         MatchContext::Rule prepared;
         prepared.matchAll = rule.matchAll == 1;
@@ -237,20 +110,19 @@ void prepareMatching(const PluginState& state, Handle doc, MatchContext& context
         }
         context.rules.push_back(prepared);
     }
-}
-
-const MatchContext::DefinitionInfo& definitionInfo(Host& host, MatchContext& context, Handle definition) {
-    MatchContext::DefinitionInfo& info = context.definitions[definition];
-    if (info.tagged < 0) info.tagged = host.definitionTag(context.doc, definition).empty() ? 0 : 1;
-    return info;
+    ValueOptions options;
+    options.exact = context.exact;
+    options.eddDefaults = state.coloring.options.includeEddDefaults != 0;
+    options.spaceDelimited = state.coloring.options.spaceDelimited != 0;
+    context.path.prepare(doc, context.names, options);
 }
 
 int findMatchingRuleIn(Host& host, PluginState& state, MatchContext& context, Handle element, int contextCode) {
-    collect(host, context, element, kNoObject, context.ownAttributes);
-    beginElement(context, element, &context.ownAttributes);
+    // A gone element has no values and no ancestors: no rule matches it.
+    if (!context.path.reach(host, element)) return -1;
     const bool inherit = inheritsIn(contextCode);
     for (std::size_t rule = 0; rule < context.rules.size(); ++rule) {
-        if (matchRule(host, context, static_cast<int>(rule), inherit)) return static_cast<int>(rule);
+        if (matchRule(context, static_cast<int>(rule), inherit)) return static_cast<int>(rule);
     }
     return -1;
 }
@@ -260,8 +132,10 @@ int RuleMatchesElement(Host& host, PluginState& state, Handle doc, Handle elemen
     if (ruleIndex < 0 || ruleIndex >= static_cast<int>(state.coloring.rules.size())) return 0;
     MatchContext context;
     prepareMatching(state, doc, context);
-    beginElement(context, element, &elementAttributes);
-    return matchRule(host, context, ruleIndex, inherit != 0);
+    const Handle parent = host.parent(doc, element);
+    if (parent == kNoObject || !context.path.reach(host, parent)) context.path.clear();
+    context.path.enterGiven(element, elementAttributes);
+    return matchRule(context, ruleIndex, inherit != 0);
 }
 
 int FindMatchingRule(Host& host, PluginState& state, Handle doc, Handle element, int contextCode) {

@@ -9,17 +9,16 @@
 // until some earlier condition found its own: users' schemes depend on that.
 //
 // A walk matches many elements against the same rules; a MatchContext keeps
-// what does not change between them (the conditions' names and keywords, the
-// element definitions, the ancestors' collected values) so that an element
-// costs one attribute fetch and no allocation per comparison.
+// what does not change between them (the conditions' names and keywords) and
+// the path of the walk with the values of every element on it, so that an
+// element costs one borrowed read of its values and no allocation.
 #pragma once
 
 #include "frame/PluginState.h"
 #include "host/Host.h"
+#include "schemes/ValuePath.h"
 
 #include <string>
-#include <unordered_map>
-#include <utility>
 #include <vector>
 
 namespace voka {
@@ -31,14 +30,6 @@ inline constexpr int kContextTableCell = 11;
 inline constexpr int kContextFootnote = 12;
 inline constexpr int kContextDocument = 13;
 inline constexpr int kContextBook = 14;
-
-// The values an ancestor walk yields for one attribute name, and whether any
-// ancestor on the way had the attribute at all.
-struct InheritedValues {
-    bool known = false;
-    bool seen = false;
-    const std::vector<std::string>* values = nullptr;
-};
 
 struct MatchContext {
     struct Condition {
@@ -52,50 +43,20 @@ struct MatchContext {
         std::size_t first = 0;  // into conditions
         std::size_t count = 0;
     };
-    struct DefinitionInfo {
-        int tagged = -1;  // -1 not read yet, else 0 or 1
-        bool definitionsRead = false;
-        AttributeDefinitions definitions;
-        std::vector<char> declares;  // per name slot
-    };
-    struct Ancestor {
-        bool parentKnown = false;
-        Handle parent = kNoObject;
-        Handle definition = kNoObject;
-        bool collected = false;
-        Attributes attributes;
-        std::vector<InheritedValues> resolved;  // per name slot
-    };
 
     // From the rule table (prepareMatching).
     bool exact = true;
-    int eddDefaults = 0;
-    int spaceDelimited = 0;
     std::vector<std::string> names;  // distinct condition names under the scheme's comparison
     std::vector<Condition> conditions;  // of all rules, in order
     std::vector<Rule> rules;
 
     Handle doc = kNoObject;
-    std::unordered_map<Handle, DefinitionInfo> definitions;
-    std::unordered_map<Handle, Ancestor> ancestors;
-
-    // The element being matched.
-    Handle element = kNoObject;
-    bool parentKnown = false;
-    Handle parent = kNoObject;
-    Attributes ownAttributes;
-    const Attributes* attributes = nullptr;
-    std::vector<int> slotIndex;                // per name slot: index in *attributes, -1 absent, -2 not looked up
-    std::vector<InheritedValues> inherited;    // per name slot
-    std::vector<std::pair<Ancestor*, Handle>> chain;  // scratch of the ancestor walk
+    ValuePath path;  // the walk's element and its ancestors, with their values of `names`
 };
 
 // Readies `context` for matching elements of `doc` against state.coloring.
 // The rule table must neither change nor move while the context is in use.
 void prepareMatching(const PluginState& state, Handle doc, MatchContext& context);
-
-// The cached facts of an element definition (tag present, declared names).
-const MatchContext::DefinitionInfo& definitionInfo(Host& host, MatchContext& context, Handle definition);
 
 // FindMatchingRule over a prepared context.
 int findMatchingRuleIn(Host& host, PluginState& state, MatchContext& context, Handle element, int contextCode);

@@ -86,8 +86,8 @@ TEST(BadInput, GivesAClearMessageAndNoDocument) {
         EXPECT_THAT(message, HasSubstr(c.expected));
         // What is dropped is dropped whole; the rest of the file still loads.
         if (!loaded.document) continue;
-        EXPECT_TRUE(loaded.document->flows[0].formats.runs().empty());
-        EXPECT_TRUE(loaded.document->flows[0].conditions.runs().empty());
+        EXPECT_TRUE(loaded.document->flows[0].formats.empty());
+        EXPECT_TRUE(loaded.document->flows[0].conditions.empty());
         EXPECT_THAT(loaded.document->flows[0].text, Not(HasSubstr("no")));
     }
 }

@@ -42,13 +42,11 @@ std::string formatText(const Document& doc, const CharFormat& f) {
 template <class Value, class Render>
 void dumpRuns(std::ostringstream& out, const char* label, const RunMap<Value>& map, std::uint32_t size, Render render) {
     std::vector<std::pair<std::pair<std::uint32_t, std::uint32_t>, std::string>> runs;
-    const auto& all = map.runs();
-    for (auto it = all.begin(); it != all.end(); ++it) {
-        auto next = std::next(it);
-        std::uint32_t begin = it->first;
-        std::uint32_t end = next == all.end() ? size : std::min(next->first, size);
-        if (begin >= end || it->second == Value{}) continue;
-        std::string text = render(it->second);
+    for (std::size_t i = 0; i < map.size(); ++i) {
+        std::uint32_t begin = map.key(i);
+        std::uint32_t end = i + 1 == map.size() ? size : std::min(map.key(i + 1), size);
+        if (begin >= end || map.value(i) == Value{}) continue;
+        std::string text = render(map.value(i));
         if (!runs.empty() && runs.back().first.second == begin && runs.back().second == text) {
             runs.back().first.second = end;
             continue;

@@ -346,16 +346,14 @@ std::vector<Index> copyElements(const Document& from, Index first, Index last, D
     const Flow& sf = from.flows[sourceFlow];
     Flow& tf = to.flows[targetFlow];
     for (std::uint32_t at = begin; at < end;) {
-        const auto next = sf.formats.runs().upper_bound(at);
-        const std::uint32_t stop = next == sf.formats.runs().end() ? end : std::min(end, next->first);
+        const std::uint32_t stop = sf.formats.nextKey(at, end);
         CharFormat format = sf.formats.at(at);
         if (format.set & CharFormat::kColor) format.color = transfer.color(format.color);
         tf.formats.assign(move(at), move(stop), format);
         at = stop;
     }
     for (std::uint32_t at = begin; at < end;) {
-        const auto next = sf.conditions.runs().upper_bound(at);
-        const std::uint32_t stop = next == sf.conditions.runs().end() ? end : std::min(end, next->first);
+        const std::uint32_t stop = sf.conditions.nextKey(at, end);
         const std::uint32_t set = sf.conditions.at(at);
         if (set != 0 && set < from.conditionSets.size())
             tf.conditions.assign(move(at), move(stop), to.internConditionSet(transfer.conditionSet(from.conditionSets[set])));

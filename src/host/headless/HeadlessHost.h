@@ -181,6 +181,7 @@ public:
 
     Attributes attributes(Handle doc, Handle element) override;
     bool setAttributes(Handle doc, Handle element, const Attributes& attributes) override;
+    bool borrowAttributeValues(Handle doc, Handle element, std::vector<std::span<const std::string>>& values) override;
 
     Handle newElement(Handle doc, Handle definition, const ElementLocation& where) override;
     bool deleteObject(Handle doc, Handle object) override;

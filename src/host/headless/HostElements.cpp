@@ -353,12 +353,25 @@ Attributes HeadlessHost::attributes(Handle doc, Handle element) {
     for (std::size_t i = 0; i < result.size(); ++i) result[i].name = def.attributes[i].name;
     for (std::uint32_t i = 0; i < el.attributesCount; ++i) {
         const AttributeSlot& slot = d->attributeSlots[el.attributesBegin + i];
-        if (slot.position >= result.size()) continue;
-        result[slot.position].values = d->values.get(slot.values);
-        // As in the desktop host, an empty value is no value: `audience=""` has none.
-        std::erase(result[slot.position].values, std::string());
+        if (slot.position < result.size()) result[slot.position].values = d->values.visible(slot.values);
     }
     return result;
+}
+
+bool HeadlessHost::borrowAttributeValues(Handle doc, Handle element, std::vector<std::span<const std::string>>& values) {
+    values.clear();
+    Document* d = liveDocument(doc);
+    if (!d) return false;
+    const Index e = liveElement(*d, element);
+    if (e == kNil) return false;
+    const Element& el = d->elements[e];
+    if (el.definition >= d->definitions.size()) return true;
+    values.resize(d->definitions[el.definition].attributes.size());
+    for (std::uint32_t i = 0; i < el.attributesCount; ++i) {
+        const AttributeSlot& slot = d->attributeSlots[el.attributesBegin + i];
+        if (slot.position < values.size()) values[slot.position] = d->values.visible(slot.values);
+    }
+    return true;
 }
 
 bool HeadlessHost::setAttributes(Handle doc, Handle element, const Attributes& attributes) {

@@ -284,17 +284,17 @@ TextRange HeadlessHost::findConditionalText(Handle doc, const TextLocation& from
     };
     // From the location to the end of its flow, then the flows after it.
     for (std::size_t f = start.flow; !wanted.empty() && f < d->flows.size(); ++f) {
-        const auto& runs = d->flows[f].conditions.runs();
+        const auto& runs = d->flows[f].conditions;
         const auto length = static_cast<std::uint32_t>(d->flows[f].text.size());
         const std::uint32_t from = f == start.flow ? start.offset : 0;
-        auto it = runs.upper_bound(from);
-        if (it != runs.begin()) --it;
-        for (; it != runs.end() && it->first < length; ++it) {
-            if (!carries(it->second)) continue;
-            const std::uint32_t begin = std::max(it->first, from);
-            auto stop = std::next(it);
-            while (stop != runs.end() && stop->first < length && carries(stop->second)) ++stop;
-            const std::uint32_t end = stop == runs.end() ? length : std::min(stop->first, length);
+        std::size_t it = runs.upperBound(from);
+        if (it != 0) --it;
+        for (; it < runs.size() && runs.key(it) < length; ++it) {
+            if (!carries(runs.value(it))) continue;
+            const std::uint32_t begin = std::max(runs.key(it), from);
+            std::size_t stop = it + 1;
+            while (stop < runs.size() && runs.key(stop) < length && carries(runs.value(stop))) ++stop;
+            const std::uint32_t end = stop == runs.size() ? length : std::min(runs.key(stop), length);
             if (begin >= end) continue;
             const Handle flow = indexHandle(kFlowObject, static_cast<Index>(f));
             return TextRange{{flow, static_cast<int>(begin)}, {flow, static_cast<int>(end)}};

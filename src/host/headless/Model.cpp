@@ -4,15 +4,30 @@
 
 namespace voka::headless {
 
-ValueLists::ValueLists() { lists_.emplace_back(); }
+ValueLists::ValueLists() {
+    lists_.emplace_back();
+    visible_.push_back(0);
+}
+
+std::uint32_t ValueLists::add(std::vector<std::string> values) {
+    const auto id = static_cast<std::uint32_t>(lists_.size());
+    const bool hasEmpty = std::find(values.begin(), values.end(), std::string()) != values.end();
+    lists_.push_back(std::move(values));
+    visible_.push_back(id);
+    if (hasEmpty) {
+        std::vector<std::string> shown = lists_.back();
+        std::erase(shown, std::string());
+        visible_[id] = intern(shown);
+    }
+    return id;
+}
 
 std::uint32_t ValueLists::intern(const std::vector<std::string>& values) {
     if (values.empty()) return 0;
     if (values.size() == 1) return internSingle(values.front());
     auto found = byList_.find(values);
     if (found != byList_.end()) return found->second;
-    const auto id = static_cast<std::uint32_t>(lists_.size());
-    lists_.push_back(values);
+    const std::uint32_t id = add(values);
     byList_.emplace(values, id);
     return id;
 }
@@ -21,8 +36,7 @@ std::uint32_t ValueLists::internSingle(std::string_view value) {
     std::string key(value);
     auto found = bySingle_.find(key);
     if (found != bySingle_.end()) return found->second;
-    const auto id = static_cast<std::uint32_t>(lists_.size());
-    lists_.push_back({key});
+    const std::uint32_t id = add({key});
     bySingle_.emplace(std::move(key), id);
     return id;
 }

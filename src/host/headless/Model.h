@@ -9,6 +9,7 @@
 #pragma once
 
 #include "host/Host.h"
+#include "host/headless/RunMap.h"
 
 #include <cstdint>
 #include <deque>
@@ -32,10 +33,14 @@ public:
     std::uint32_t intern(const std::vector<std::string>& values);
     std::uint32_t internSingle(std::string_view value);
     const std::vector<std::string>& get(std::uint32_t id) const { return lists_[id]; }
+    // The list as the host shows it: an empty value is no value, so `audience=""` has none.
+    const std::vector<std::string>& visible(std::uint32_t id) const { return lists_[visible_[id]]; }
     std::size_t size() const { return lists_.size(); }
 
 private:
-    std::deque<std::vector<std::string>> lists_;
+    std::uint32_t add(std::vector<std::string> values);
+    std::deque<std::vector<std::string>> lists_;  // a deque: borrowed lists never move
+    std::vector<std::uint32_t> visible_;          // per list, the same list without empty values
     std::unordered_map<std::string, std::uint32_t> bySingle_;  // one-value lists, the common case
     std::map<std::vector<std::string>, std::uint32_t> byList_;
 };
@@ -86,120 +91,6 @@ struct CharFormat {
     Index color = kNil;  // index into Document::colors
     bool operator==(const CharFormat&) const = default;
 };
-
-// Runs over byte offsets: the value at key k holds up to the next key. An
-// interval map: setting a value over a range costs O(log n + runs touched).
-template <class Value>
-class RunMap {
-public:
-    void assign(std::uint32_t begin, std::uint32_t end, const Value& value);
-    const Value& at(std::uint32_t offset) const;
-    // Apply f to the value over [begin, end), splitting runs at the edges.
-    template <class F> void update(std::uint32_t begin, std::uint32_t end, F f);
-    void clear() { runs_.clear(); }
-    void shift(std::uint32_t from, std::int64_t delta);  // after inserting or removing text
-    // Moves every key through a non-decreasing map; keys that meet keep the
-    // value of the last of them (the run that goes on after a removed range).
-    template <class F> void remapKeys(F newKey);
-    bool empty() const { return runs_.empty(); }
-    const std::map<std::uint32_t, Value>& runs() const { return runs_; }
-    std::map<std::uint32_t, Value>& runs() { return runs_; }
-    // Drops keys that repeat the value before them, over the whole map.
-    void normalize() { coalesce(0, 0xFFFFFFFFu); }
-
-private:
-    void split(std::uint32_t at);
-    void coalesce(std::uint32_t from, std::uint32_t to);
-    std::map<std::uint32_t, Value> runs_;
-    Value empty_{};
-};
-
-template <class Value>
-const Value& RunMap<Value>::at(std::uint32_t offset) const {
-    auto it = runs_.upper_bound(offset);
-    if (it == runs_.begin()) return empty_;
-    return std::prev(it)->second;
-}
-
-template <class Value>
-void RunMap<Value>::split(std::uint32_t at) {
-    auto it = runs_.lower_bound(at);
-    if (it != runs_.end() && it->first == at) return;
-    const Value value = it == runs_.begin() ? empty_ : std::prev(it)->second;
-    runs_.emplace_hint(it, at, value);
-}
-
-template <class Value>
-void RunMap<Value>::coalesce(std::uint32_t from, std::uint32_t to) {
-    auto it = runs_.lower_bound(from);
-    if (it != runs_.begin()) --it;
-    const Value* previous = &empty_;
-    if (it != runs_.begin()) previous = &std::prev(it)->second;
-    while (it != runs_.end() && it->first <= to) {
-        if (it->second == *previous) {
-            it = runs_.erase(it);
-            continue;
-        }
-        previous = &it->second;
-        ++it;
-    }
-    // The run after `to` may now repeat the value before it.
-    if (it != runs_.end() && it->second == *previous) runs_.erase(it);
-}
-
-template <class Value>
-void RunMap<Value>::assign(std::uint32_t begin, std::uint32_t end, const Value& value) {
-    if (begin >= end) return;
-    split(end);
-    split(begin);
-    auto first = runs_.find(begin);
-    auto last = runs_.find(end);
-    first->second = value;
-    runs_.erase(std::next(first), last);
-    coalesce(begin, end);
-}
-
-template <class Value>
-template <class F>
-void RunMap<Value>::update(std::uint32_t begin, std::uint32_t end, F f) {
-    if (begin >= end) return;
-    split(end);
-    split(begin);
-    for (auto it = runs_.find(begin); it != runs_.end() && it->first < end; ++it) f(it->second);
-    coalesce(begin, end);
-}
-
-template <class Value>
-void RunMap<Value>::shift(std::uint32_t from, std::int64_t delta) {
-    if (delta == 0) return;
-    if (delta > 0) {
-        split(from);
-        std::map<std::uint32_t, Value> tail;
-        tail.insert(runs_.lower_bound(from), runs_.end());
-        runs_.erase(runs_.lower_bound(from), runs_.end());
-        for (auto& [key, value] : tail) runs_.emplace_hint(runs_.end(), key + delta, std::move(value));
-        coalesce(from, from + static_cast<std::uint32_t>(delta));
-        return;
-    }
-    const std::uint32_t length = static_cast<std::uint32_t>(-delta);
-    const std::uint32_t end = from + length;
-    const Value after = at(end);
-    std::map<std::uint32_t, Value> tail;
-    tail.insert(runs_.upper_bound(end), runs_.end());
-    runs_.erase(runs_.lower_bound(from), runs_.end());
-    runs_.emplace(from, after);
-    for (auto& [key, value] : tail) runs_.emplace_hint(runs_.end(), key - length, std::move(value));
-    coalesce(from, from);
-}
-
-template <class Value>
-template <class F>
-void RunMap<Value>::remapKeys(F newKey) {
-    std::map<std::uint32_t, Value> moved;
-    for (auto& [key, value] : runs_) moved.insert_or_assign(moved.end(), newKey(key), std::move(value));
-    runs_ = std::move(moved);
-    normalize();
-}
 
 using ConditionSet = std::vector<Index>;  // indices into Document::conditions, sorted
 

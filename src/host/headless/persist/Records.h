@@ -29,13 +29,13 @@ std::string formatPseudoAttributes(const Fields& fields);
 // clamped to the text; a run map's last run reaches the end of the text.
 template <class Value, class F>
 void forEachRun(const RunMap<Value>& map, std::uint32_t textSize, F f) {
-    const auto& runs = map.runs();
-    for (auto it = runs.begin(); it != runs.end(); ++it) {
-        if (it->second == Value{}) continue;
-        auto next = std::next(it);
-        std::uint32_t begin = it->first;
-        std::uint32_t end = next == runs.end() ? textSize : std::min(next->first, textSize);
-        if (begin < end) f(begin, end, it->second);
+    const std::size_t count = map.size();
+    for (std::size_t i = 0; i < count; ++i) {
+        const Value& value = map.value(i);
+        if (value == Value{}) continue;
+        const std::uint32_t begin = map.key(i);
+        const std::uint32_t end = i + 1 == count ? textSize : std::min(map.key(i + 1), textSize);
+        if (begin < end) f(begin, end, value);
     }
 }
 

@@ -1,4 +1,4 @@
-#include "coloring/ElementWalker.h"
+#include "schemes/ElementWalker.h"
 
 namespace voka {
 
@@ -7,24 +7,30 @@ namespace {
 bool isTagged(Host& host, Handle doc, Handle element, MatchContext* context) {
     Handle definition = host.elementDefinition(doc, element);
     if (definition == kNoObject) return false;
-    if (context != nullptr) return definitionInfo(host, *context, definition).tagged == 1;
+    if (context != nullptr) return context->path.tagged(host, definition);
     return !host.definitionTag(doc, definition).empty();
 }
 
-Handle step(Host& host, WalkState& walk, Handle doc, Handle element) {
+// One step, with the context's path following it while it ends at `element`
+// (else the next match finds its way from the root).
+Handle step(Host& host, WalkState& walk, Handle doc, Handle element, ValuePath* path) {
+    if (path != nullptr && path->last() != element) path = nullptr;
     if (walk.direction != WalkDirection::Up) {
         Handle child = host.firstChild(doc, element);
         if (child != kNoObject) {
             walk.direction = WalkDirection::Down;
+            if (path != nullptr) path->enter(host, child);
             return child;
         }
     }
     Handle next = host.nextSibling(doc, element);
     if (next == kNoObject) {
         walk.direction = WalkDirection::Up;
+        if (path != nullptr) path->leave();
         return host.parent(doc, element);
     }
     walk.direction = WalkDirection::Across;
+    if (path != nullptr) path->moveAcross(host, next);
     return next;
 }
 
@@ -33,7 +39,7 @@ Handle step(Host& host, WalkState& walk, Handle doc, Handle element) {
 Handle nextTaggedElement(Host& host, PluginState& state, Handle doc, Handle element, MatchContext* context) {
     Handle at = element;
     do {
-        at = step(host, state.walk, doc, at);
+        at = step(host, state.walk, doc, at, context != nullptr ? &context->path : nullptr);
     } while (at != kNoObject && !isTagged(host, doc, at, context));
     return at;
 }

@@ -1,5 +1,5 @@
-// The pre-order walk over an element tree that colouring shares with the
-// settings lookups: down to the first child, else across to the next
+// The pre-order walk over an element tree that colouring, filtering and
+// validation share: down to the first child, else across to the next
 // sibling, else up to the parent. The direction of the last step lives in
 // state.walk; "up" also asks the walker not to descend into the element.
 #pragma once
@@ -11,7 +11,8 @@
 namespace voka {
 
 // The next element of the walk whose definition has a tag, or 0. Passing the
-// walk's MatchContext lets definitions be looked at once per walk.
+// walk's MatchContext lets definitions be looked at once per walk and keeps
+// its path of values in step with the walk.
 Handle nextTaggedElement(Host& host, PluginState& state, Handle doc, Handle element,
                          MatchContext* context = nullptr);
 
