@@ -1,9 +1,11 @@
 #!/usr/bin/env python3
 """Writes a main settings document for the colouring benchmarks: category
-"Bench" with two coloring schemes of ten rules of two conditions each over the
+"Bench" with three coloring schemes of ten rules of two conditions each over the
 generator's attributes (audience, platform, product): "Ten rules" compares
 whole values, "Ten rules split" splits values at blanks. Half the rules need
-both conditions (MatchAll 1). Usage: make-bench-settings.py OUT"""
+both conditions (MatchAll 1). "DocBook rules" is the same rules under the
+DocBook flavour's names (audience, os, condition); its ';' lists are compared
+whole, as voka splits only at blanks. Usage: make-bench-settings.py OUT"""
 import sys
 
 RULES = [
@@ -18,6 +20,9 @@ RULES = [
     ("Green", ("product", "pro"), ("platform", "linux")),
     ("Blue", ("audience", "expert"), ("platform", "windows")),
 ]
+
+# The generator writes platform as os and product as condition in DocBook.
+DOCBOOK_NAMES = {"audience": "audience", "platform": "os", "product": "condition"}
 
 DEFS = """  <element-definitions>
     <element-definition tag="VKP_MainSettings" type="1"/>
@@ -55,9 +60,11 @@ def attr(name, *values):
     return '<attribute name="%s">%s</attribute>' % (name, vals)
 
 
-def scheme(name, split):
+def scheme(name, split, names=None):
+    rename = (names or {}).get
     out = ['<element tag="Scheme">', attr("Name", name), attr("SpaceDelimitedVals", "True" if split else "False")]
     for i, (color, (a1, v1), (a2, v2)) in enumerate(RULES, 1):
+        a1, a2 = rename(a1, a1), rename(a2, a2)
         prefix = ("%u  %s" if i < 10 else "%u %s") % (i, color)
         out.append('<element tag="Rule">%s%s%s%s' % (attr("Name", prefix), attr("Style", str(i % 8)),
                                                      attr("MatchAll", "1" if i % 2 else "0"), attr("Override", "0")))
@@ -71,6 +78,7 @@ def main():
     body = ['<element tag="VKP_MainSettings"><element tag="SchemeCategories"><element tag="SchemeCategory">',
             attr("Name", "Bench"), '<element tag="FilterSchemes"/><element tag="ColoringSchemes">',
             scheme("Ten rules", False), scheme("Ten rules split", True),
+            scheme("DocBook rules", False, DOCBOOK_NAMES),
             '</element><element tag="ValidationSchemes"/></element></element>',
             '<element tag="ColorList">%s</element>' % attr("Names", "Red", "Green", "Blue"),
             '<element tag="AttributeList"/></element>']
