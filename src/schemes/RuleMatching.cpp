@@ -3,6 +3,7 @@
 #include "schemes/NameLists.h"
 #include "schemes/SchemeSchema.h"
 
+#include <algorithm>
 #include <span>
 #include <string>
 #include <string_view>
@@ -68,6 +69,16 @@ int matchRule(const MatchContext& context, int ruleIndex, bool inherit) {
             if (!matchAll) return 1;
             continue;
         }
+        if (path.hasWords()) {
+            // Each wanted value is one of the path's words: a bit test per value.
+            const std::uint64_t hit = found.words & condition.wantedWords;
+            if (hit != 0) {
+                result = 1;
+                if (!matchAll) return 1;
+            }
+            if (matchAll && hit != condition.wantedWords) return 0;
+            continue;
+        }
         const std::span<const std::string_view> values = path.values(found);
         bool missed = false;
         for (const std::string& wanted : *condition.wanted) {
@@ -115,6 +126,14 @@ void prepareMatching(const PluginState& state, Handle doc, MatchContext& context
     options.eddDefaults = state.coloring.options.includeEddDefaults != 0;
     options.spaceDelimited = state.coloring.options.spaceDelimited != 0;
     context.path.prepare(doc, context.names, options);
+    std::vector<std::string> words;
+    for (const MatchContext::Condition& condition : context.conditions)
+        for (const std::string& wanted : *condition.wanted)
+            if (std::find(words.begin(), words.end(), wanted) == words.end()) words.push_back(wanted);
+    if (!context.path.setWords(words)) return;
+    for (MatchContext::Condition& condition : context.conditions)
+        for (const std::string& wanted : *condition.wanted)
+            condition.wantedWords |= std::uint64_t{1} << (std::find(words.begin(), words.end(), wanted) - words.begin());
 }
 
 int findMatchingRuleIn(Host& host, PluginState& state, MatchContext& context, Handle element, int contextCode) {

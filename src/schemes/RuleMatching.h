@@ -37,6 +37,7 @@ struct MatchContext {
         bool noValue = false;
         bool anyValue = false;
         const std::vector<std::string>* wanted = nullptr;  // the rule's listed values
+        std::uint64_t wantedWords = 0;  // their bits among the path's words, when it keeps words
     };
     struct Rule {
         bool matchAll = false;

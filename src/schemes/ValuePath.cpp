@@ -16,7 +16,37 @@ void ValuePath::prepare(Handle doc, const std::vector<std::string>& names, const
     options_ = options;
     slots_ = names.size();
     definitions_.clear();
+    words_.clear();
+    wordIndex_.clear();
     clear();
+}
+
+bool ValuePath::setWords(const std::vector<std::string>& words) {
+    words_.clear();
+    wordIndex_.clear();
+    if (words.size() > kMaxWords) return false;
+    words_ = words;
+    for (std::size_t i = 0; i < words_.size(); ++i) wordIndex_[words_[i]] |= std::uint64_t{1} << i;
+    return true;
+}
+
+// One bit per word the view equals: under an exact comparison only the same
+// text; ignoring case, any number of words may.
+std::uint64_t ValuePath::wordBits(std::string_view view) const {
+    if (words_.empty()) return 0;
+    if (options_.exact) {
+        auto found = wordIndex_.find(view);
+        return found == wordIndex_.end() ? 0 : found->second;
+    }
+    std::uint64_t bits = 0;
+    for (std::size_t i = 0; i < words_.size(); ++i)
+        if (namesEqual(view, words_[i], false)) bits |= std::uint64_t{1} << i;
+    return bits;
+}
+
+void ValuePath::appendView(std::string_view view) {
+    views_.push_back(view);
+    appendedBits_ |= wordBits(view);
 }
 
 void ValuePath::clear() {
@@ -79,7 +109,7 @@ void ValuePath::appendWords(std::string_view value) {
         if (begin == std::string_view::npos) return;
         std::size_t end = value.find(' ', begin);
         if (end == std::string_view::npos) end = value.size();
-        views_.push_back(value.substr(begin, end - begin));
+        appendView(value.substr(begin, end - begin));
         at = end;
     }
 }
@@ -103,11 +133,12 @@ bool ValuePath::readTop(Host& host) {
         if (values.empty() && options_.eddDefaults && position < d->declared.size())
             values = d->declared[position].defaults;
         const auto first = static_cast<std::uint32_t>(views_.size());
+        appendedBits_ = 0;
         for (const std::string& value : values) {
             if (options_.spaceDelimited) appendWords(value);
-            else views_.emplace_back(value);
+            else appendView(value);
         }
-        own[slot] = Own{true, Values{first, static_cast<std::uint32_t>(views_.size() - first)}};
+        own[slot] = Own{true, Values{first, static_cast<std::uint32_t>(views_.size() - first), appendedBits_}};
     }
     passOn();
     return true;
@@ -160,8 +191,9 @@ void ValuePath::enterGiven(Handle element, const Attributes& attributes) {
         for (const Attribute& attribute : attributes) {
             if (!namesEqual(attribute.name, names_[slot], options_.exact)) continue;
             const auto first = static_cast<std::uint32_t>(views_.size());
-            for (const std::string& value : attribute.values) views_.emplace_back(value);
-            own[slot] = Own{true, Values{first, static_cast<std::uint32_t>(views_.size() - first)}};
+            appendedBits_ = 0;
+            for (const std::string& value : attribute.values) appendView(value);
+            own[slot] = Own{true, Values{first, static_cast<std::uint32_t>(views_.size() - first), appendedBits_}};
             break;
         }
     }

@@ -31,10 +31,12 @@ struct ValueOptions {
 
 class ValuePath {
 public:
-    // Values of one name on one element: a range of the path's views.
+    // Values of one name on one element: a range of the path's views, and
+    // which of the path's words (see setWords) are among them.
     struct Values {
         std::uint32_t first = 0;
         std::uint32_t count = 0;
+        std::uint64_t words = 0;
         bool empty() const { return count == 0; }
     };
     struct Own {
@@ -48,6 +50,13 @@ public:
 
     // Starts over for `doc` with the names to read; clears the path.
     void prepare(Handle doc, const std::vector<std::string>& names, const ValueOptions& options);
+
+    // The words a scheme compares values with (at most kMaxWords, else none
+    // are kept): each element's values then carry a bit per word they equal,
+    // so a comparison is a bit test. Call after prepare.
+    static constexpr std::size_t kMaxWords = 64;
+    bool setWords(const std::vector<std::string>& words);
+    bool hasWords() const { return !words_.empty(); }
 
     // True when the definition has a tag (elements without one are skipped by walks).
     bool tagged(Host& host, Handle definition);
@@ -93,6 +102,8 @@ private:
     bool readTop(Host& host);  // the last frame's own values and what it passes on
     void passOn();
     void appendWords(std::string_view value);
+    void appendView(std::string_view view);
+    std::uint64_t wordBits(std::string_view view) const;
 
     Handle doc_ = kNoObject;
     std::vector<std::string> names_;
@@ -103,6 +114,9 @@ private:
     std::vector<Own> own_;              // frames_.size() * slots_
     std::vector<Inherited> passedOn_;   // frames_.size() * slots_: what each frame's children inherit
     std::vector<std::string_view> views_;
+    std::vector<std::string> words_;
+    std::unordered_map<std::string_view, std::uint64_t> wordIndex_;  // exact comparison: word -> its bit
+    std::uint64_t appendedBits_ = 0;  // of the views appended since the last reset
     std::vector<std::span<const std::string>> borrowed_;  // scratch of the host's read
     std::vector<Handle> chain_;                           // scratch of reach()
 };
