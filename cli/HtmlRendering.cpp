@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 #include <cstdio>
 #include <optional>
 #include <unordered_map>
@@ -41,6 +42,9 @@ void appendEscaped(std::string& out, std::string_view text) {
     }
     out.append(text.data() + start, text.size() - start);
 }
+
+// The blanks of the C locale, without a call per character.
+bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 // A colour from a document goes into a style only as #RGB or #RRGGBB hex:
 // anything else could carry markup or CSS of its own.
@@ -110,7 +114,7 @@ private:
         std::uint32_t at = e.begin;
         auto scan = [&](std::uint32_t from, std::uint32_t to) {
             for (std::uint32_t i = from; i < to && i < flow_->text.size(); ++i)
-                if (!std::isspace(static_cast<unsigned char>(flow_->text[i]))) return true;
+                if (!isBlank(flow_->text[i])) return true;
             return false;
         };
         for (Index c = e.firstChild; c != kNil; c = doc_.elements[c].nextSibling) {
@@ -155,17 +159,30 @@ private:
     }
 
     void startBox(const Element& e, bool inlineLayout) {
-        const std::string& tag = e.definition < doc_.definitions.size() ? doc_.definitions[e.definition].tag : kNoTag;
-        out_ += inlineLayout ? "<span" : "<div";
-        out_ += " class=\"el\" data-el=\"";
-        out_ += std::to_string(e.unique);
-        out_ += "\" data-tag=\"";
-        appendEscaped(out_, tag);
-        out_ += "\">";
-        if (inlineLayout) return;
-        out_ += "<span class=\"tag\">";
-        appendEscaped(out_, tag);
-        out_ += "</span>";
+        out_ += inlineLayout ? "<span class=\"el\" data-el=\"" : "<div class=\"el\" data-el=\"";
+        char digits[16];
+        const auto written = std::to_chars(digits, digits + sizeof digits, e.unique);
+        out_.append(digits, written.ptr);
+        const BoxEnds& ends = boxEnds(e.definition);
+        out_ += inlineLayout ? ends.inlineBox : ends.block;
+    }
+
+    // The rest of a box's start tag, the same for every element of a definition.
+    struct BoxEnds {
+        std::string inlineBox;  // `" data-tag="TAG">`
+        std::string block;      // the same and `<span class="tag">TAG</span>`
+    };
+    const BoxEnds& boxEnds(Index definition) {
+        const std::size_t slot = definition < doc_.definitions.size() ? definition : doc_.definitions.size();
+        if (slot >= boxEnds_.size()) boxEnds_.resize(slot + 1);
+        BoxEnds& ends = boxEnds_[slot];
+        if (ends.inlineBox.empty()) {
+            std::string tag;
+            if (slot < doc_.definitions.size()) appendEscaped(tag, doc_.definitions[slot].tag);
+            ends.inlineBox = "\" data-tag=\"" + tag + "\">";
+            ends.block = ends.inlineBox + "<span class=\"tag\">" + tag + "</span>";
+        }
+        return ends;
     }
 
     void endBox(bool inlineLayout) { out_ += inlineLayout ? "</span>" : "</div>\n"; }
@@ -190,7 +207,7 @@ private:
     }
 
     void span(const CharFormat* format, std::string_view piece) {
-        bool allBlank = std::all_of(piece.begin(), piece.end(), [](char c) { return std::isspace(static_cast<unsigned char>(c)); });
+        const bool allBlank = std::all_of(piece.begin(), piece.end(), isBlank);
         if (!format || format->set == 0 || allBlank) {
             appendEscaped(out_, piece);
             return;
@@ -238,7 +255,7 @@ private:
         return "<span class=\"t\" style=\"" + style + "\"" + data + ">";
     }
 
-    static inline const std::string kNoTag;
+    std::vector<BoxEnds> boxEnds_;  // by definition, the last for an element without one
     const Document& doc_;
     std::string& out_;
     const PageSink& sink_;

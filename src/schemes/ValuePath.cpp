@@ -16,6 +16,8 @@ void ValuePath::prepare(Handle doc, const std::vector<std::string>& names, const
     options_ = options;
     slots_ = names.size();
     definitions_.clear();
+    lastHandle_ = kNoObject;
+    lastDefinition_ = nullptr;
     words_.clear();
     wordIndex_.clear();
     clear();
@@ -56,14 +58,22 @@ void ValuePath::clear() {
     views_.clear();
 }
 
+ValuePath::Definition& ValuePath::cached(Handle handle) {
+    if (handle != lastHandle_ || lastDefinition_ == nullptr) {
+        lastDefinition_ = &definitions_[handle];  // nodes of the map never move
+        lastHandle_ = handle;
+    }
+    return *lastDefinition_;
+}
+
 bool ValuePath::tagged(Host& host, Handle handle) {
-    Definition& d = definitions_[handle];
+    Definition& d = cached(handle);
     if (d.tagged < 0) d.tagged = host.definitionTag(doc_, handle).empty() ? 0 : 1;
     return d.tagged == 1;
 }
 
 ValuePath::Definition& ValuePath::definition(Host& host, Handle handle) {
-    Definition& d = definitions_[handle];
+    Definition& d = cached(handle);
     if (!d.read) readDefinition(host, d, handle);
     return d;
 }

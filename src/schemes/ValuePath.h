@@ -97,6 +97,7 @@ private:
     };
 
     Definition& definition(Host& host, Handle handle);
+    Definition& cached(Handle handle);
     void readDefinition(Host& host, Definition& definition, Handle handle);
     void push(Handle element);
     bool readTop(Host& host);  // the last frame's own values and what it passes on
@@ -110,6 +111,8 @@ private:
     ValueOptions options_;
     std::size_t slots_ = 0;
     std::unordered_map<Handle, Definition> definitions_;
+    Handle lastHandle_ = kNoObject;  // most elements share their neighbour's definition
+    Definition* lastDefinition_ = nullptr;
     std::vector<Frame> frames_;
     std::vector<Own> own_;              // frames_.size() * slots_
     std::vector<Inherited> passedOn_;   // frames_.size() * slots_: what each frame's children inherit

@@ -38,6 +38,10 @@ TEST(RuleMatching, FindsTheRuleAUserExpects) {
         SchemeOptionValues options;
         int context, expected;  // expected: the rule's index, -1 for none
     };
+    // More distinct listed values than the matcher keeps as bits: they are compared as text.
+    std::vector<std::string> manyValues;
+    for (int i = 0; i < 70; ++i) manyValues.push_back("value" + std::to_string(i));
+    manyValues.push_back("expert");
     const std::vector<Case> cases = {
         {"the first of two matching rules wins", kBare, kExpert, {{"Red", {kIsNovice}}, {"Blue", {kIsExpert}},
          {"Green", {{"audience", {"novice", "expert"}}}}}, kPlain, 13, 1},
@@ -77,6 +81,10 @@ TEST(RuleMatching, FindsTheRuleAUserExpects) {
          kWords, 13, 0},
         {"ignore case matches name and value in other cases", kBare, with("Status", "Final"),
          {{"Red", {{"status", {"final"}}}}}, kNoCase, 13, 0},
+        {"ignore case: one value equals listed values written in two cases", kBare, with("audience", "EXPERT"),
+         {{"Red", {{"audience", {"Expert", "expert"}}}, 0, 1}}, kNoCase, 13, 0},
+        {"a scheme listing over sixty distinct values still finds the last", kBare, kExpert,
+         {{"Red", {{"audience", manyValues}}}, {"Blue", {kIsExpert}}}, kPlain, 13, 0},
         {"without ignore case neither name nor value matches in other cases", kBare, with("Status", "Final"),
          {{"Red", {{"status", {"Final"}}}}, {"Blue", {{"Status", {"final"}}}}}, kPlain, 13, -1},
 

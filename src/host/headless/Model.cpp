@@ -33,9 +33,9 @@ std::uint32_t ValueLists::intern(const std::vector<std::string>& values) {
 }
 
 std::uint32_t ValueLists::internSingle(std::string_view value) {
-    std::string key(value);
-    auto found = bySingle_.find(key);
+    auto found = bySingle_.find(value);
     if (found != bySingle_.end()) return found->second;
+    std::string key(value);
     const std::uint32_t id = add({key});
     bySingle_.emplace(std::move(key), id);
     return id;

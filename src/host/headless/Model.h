@@ -41,7 +41,12 @@ private:
     std::uint32_t add(std::vector<std::string> values);
     std::deque<std::vector<std::string>> lists_;  // a deque: borrowed lists never move
     std::vector<std::uint32_t> visible_;          // per list, the same list without empty values
-    std::unordered_map<std::string, std::uint32_t> bySingle_;  // one-value lists, the common case
+    // Looked up by view: a value read from a file is not copied unless it is new.
+    struct ViewHash {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>()(text); }
+    };
+    std::unordered_map<std::string, std::uint32_t, ViewHash, std::equal_to<>> bySingle_;  // one-value lists, the common case
     std::map<std::vector<std::string>, std::uint32_t> byList_;
 };
 

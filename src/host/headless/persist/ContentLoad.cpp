@@ -73,6 +73,7 @@ public:
             rootSeen_ = true;
             keepProlog(context, tag);
             readDtd(context);
+            reserveFor(context.fileBytes());
         }
         const Index definition = definitionOf(tag);
         const Index parent = open_.empty() ? kNil : open_.back();
@@ -171,6 +172,17 @@ private:
     }
 
     Index definitionFor(const std::string& tag) { return doc_.definitionFor(tag, kindOf(tag)); }
+
+    // Room for what a file of this size usually holds, so that a large one
+    // is not copied over and over as the arrays grow; pages not used are
+    // never touched.
+    void reserveFor(std::size_t bytes) {
+        const std::size_t elements = std::min<std::size_t>(bytes / 32, kMaxReservedElements) + 64;
+        doc_.elements.reserve(elements);
+        doc_.attributeSlots.reserve(elements);
+        doc_.flows[0].text.reserve(std::min<std::size_t>(bytes, kMaxReservedElements * 32) / 2);
+    }
+    static constexpr std::size_t kMaxReservedElements = std::size_t{1} << 24;
 
     Index definitionOf(const StartTag& tag) {
         NameKey key{nullptr, tag.prefix, tag.local};

@@ -141,11 +141,7 @@ private:
         const Element& e = doc_.elements[index];
         const std::size_t depth = stack_.size() + 2;
         indent(out_, depth);
-        out_.raw("<element");
-        const std::string_view tag = e.definition < doc_.definitions.size()
-                                         ? std::string_view(doc_.definitions[e.definition].tag)
-                                         : std::string_view("element");
-        out_.attribute("tag", tag);
+        out_.raw(startTag(e.definition));
         auto row = doc_.rowConditions.find(index);
         if (row != doc_.rowConditions.end() && !row->second.empty())
             out_.attribute("conditions", std::string_view(conditionNames(doc_, row->second)));
@@ -181,9 +177,7 @@ private:
             if (!any) out_.raw(">");
             any = true;
             indent(out_, depth);
-            out_.raw("<attribute");
-            out_.attribute("name", std::string_view(def.attributes[slot.position].name));
-            out_.raw(">");
+            out_.raw(attributeTag(e.definition, slot.position));
             for (const std::string& value : values) {
                 out_.raw("<value>");
                 out_.text(value);
@@ -194,10 +188,40 @@ private:
         return any;
     }
 
+    // `<element tag="TAG"`, escaped once per definition.
+    const std::string& startTag(Index definition) {
+        const std::size_t slot = definition < doc_.definitions.size() ? definition : doc_.definitions.size();
+        if (slot >= startTags_.size()) startTags_.resize(slot + 1);
+        std::string& tag = startTags_[slot];
+        if (tag.empty()) {
+            tag = "<element tag=\"";
+            tag += escapeAttributeValue(slot < doc_.definitions.size() ? std::string_view(doc_.definitions[slot].tag)
+                                                                       : std::string_view("element"));
+            tag += "\"";
+        }
+        return tag;
+    }
+
+    // `<attribute name="NAME">`, escaped once per declared attribute.
+    const std::string& attributeTag(Index definition, std::uint32_t position) {
+        if (definition >= attributeTags_.size()) attributeTags_.resize(definition + 1);
+        std::vector<std::string>& tags = attributeTags_[definition];
+        if (position >= tags.size()) tags.resize(position + 1);
+        std::string& tag = tags[position];
+        if (tag.empty()) {
+            tag = "<attribute name=\"";
+            tag += escapeAttributeValue(doc_.definitions[definition].attributes[position].name);
+            tag += "\">";
+        }
+        return tag;
+    }
+
     XmlOut& out_;
     const Document& doc_;
     const std::string& text_;
     std::vector<Frame> stack_;
+    std::vector<std::string> startTags_;                   // by definition, the last for none
+    std::vector<std::vector<std::string>> attributeTags_;  // by definition and position
 };
 
 void writeFlowRecords(XmlOut& out, const Document& doc, const Flow& flow, Index flowIndex) {

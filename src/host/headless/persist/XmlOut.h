@@ -3,6 +3,9 @@
 // later write is dropped; the caller checks ok() once at the end.
 #pragma once
 
+#include <cstdint>
+#include <cstring>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -24,11 +27,20 @@ public:
     int error() const { return error_; }
 
 private:
-    void escaped(std::string_view s, bool inAttribute);
+    void escaped(std::string_view s, const std::uint8_t* table);
+    void append(const char* data, std::size_t size) {
+        if (size > capacity_ - used_) drain();
+        if (size > capacity_ - used_) return writeThrough(data, size);
+        std::memcpy(buffer_.get() + used_, data, size);
+        used_ += size;
+    }
     void drain();
+    void writeThrough(const char* data, std::size_t size);
     int fd_;
     int error_ = 0;
-    std::string buffer_;
+    std::unique_ptr<char[]> buffer_;
+    std::size_t capacity_;
+    std::size_t used_ = 0;
 };
 
 // Escapes a value for a pseudo-attribute of a processing instruction, where

@@ -476,7 +476,7 @@ ParseIssues parseFile(const std::string& path, ParseHandler& handler) {
         return context.issues_;
     }
     context.fd_ = fd;
-    context.inputBytes_ = static_cast<std::size_t>(info.st_size);
+    context.inputBytes_ = context.fileBytes_ = static_cast<std::size_t>(info.st_size);
     // libxml2 is given the file as a URI with everything unusual escaped, so
     // that references relative to it resolve whatever the folder is called.
     std::error_code ec;

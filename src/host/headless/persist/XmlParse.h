@@ -81,8 +81,9 @@ public:
     bool inDtd() const;
     // The file's bytes [0, end), for keeping the prolog as it was written.
     bool readPrefix(std::size_t end, std::string& bytes) const;
-    // Bytes of the file consumed so far.
+    // Bytes of the file consumed so far, and its size.
     std::size_t consumed() const;
+    std::size_t fileBytes() const { return fileBytes_; }
     // True when the input was converted from another encoding to UTF-8.
     bool converted() const;
     // The file's bytes [0, end) converted to UTF-8 as the parser converts
@@ -104,6 +105,7 @@ private:
     std::string uri_;     // the document as libxml2 knows it
     std::string folder_;  // the document's folder, links resolved: external files must lie in it
     std::size_t inputBytes_ = 0;  // read so far: the file, its DTD and entities
+    std::size_t fileBytes_ = 0;
     std::size_t delivered_ = 0;   // text and attribute bytes handed on
     int depth_ = 0;
     bool loadingSubset_ = false;  // the DTD named by the DOCTYPE is being opened
