@@ -159,7 +159,8 @@ bool checkFolders(const std::string& outputFolder, const std::string& path, bool
 
 }  // namespace
 
-bool writeAtomically(const std::string& path, const ContentWriter& write, std::string& problem) {
+bool writeAtomically(const std::string& path, const ContentWriter& write, std::string& problem,
+                     const std::function<bool()>& keep) {
     headless::AtomicFile file;
     // Pages are made again in a moment; a crash still never leaves half of one
     // under its name, and skipping the sync spares a large page's write-back.
@@ -178,6 +179,10 @@ bool writeAtomically(const std::string& path, const ContentWriter& write, std::s
     if (!write(sink) || error != 0) {
         headless::abandonAtomicFile(file);
         if (error != 0) problem = "cannot write " + path + ": " + std::strerror(error);
+        return false;
+    }
+    if (keep && !keep()) {
+        headless::abandonAtomicFile(file);
         return false;
     }
     return headless::commitAtomicFile(file, problem);

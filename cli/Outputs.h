@@ -43,8 +43,10 @@ OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput
 bool makeFoldersFor(const std::string& outputFolder, const std::string& path, std::string& problem);
 
 // Writes a file atomically from what `write` hands its sink; `write` returns
-// false (or the sink fails) to abandon it, leaving nothing behind.
+// false (or the sink fails) to abandon it, leaving nothing behind. With
+// `keep`, the file written in full takes its name only if keep() says so.
 using ContentWriter = std::function<bool(const std::function<bool(std::string_view)>& sink)>;
-bool writeAtomically(const std::string& path, const ContentWriter& write, std::string& problem);
+bool writeAtomically(const std::string& path, const ContentWriter& write, std::string& problem,
+                     const std::function<bool()>& keep = nullptr);
 
 }  // namespace voka::cli

@@ -3,14 +3,17 @@
 #include "cli/Session.h"
 #include "host/headless/persist/AtomicFile.h"
 
+#include <atomic>
 #include <csignal>
 #include <unistd.h>
 
 namespace voka::cli {
 namespace {
 
-// A signal handler can reach nothing but a flag of this kind.
-volatile std::sig_atomic_t signalsSeen = 0;
+// A signal handler may only touch a lock-free atomic; the page is written
+// on a thread of its own, which reads the flag too.
+std::atomic<int> signalsSeen = 0;
+static_assert(std::atomic<int>::is_always_lock_free);
 
 void onSignal(int) {
     if (signalsSeen != 0) {

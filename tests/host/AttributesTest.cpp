@@ -62,6 +62,12 @@ TEST(Attributes, AnEmptyValueIsNoValueInEveryForm) {
         ASSERT_NE(doc, kNoObject);
         const Handle p = root(f.host, doc);
         EXPECT_EQ(f.host.attributes(doc, p), expected);
+        // The borrowed read the walks use sees the same values, position by position.
+        std::vector<std::span<const std::string>> borrowed;
+        ASSERT_TRUE(f.host.borrowAttributeValues(doc, p, borrowed));
+        ASSERT_EQ(borrowed.size(), expected.size());
+        for (std::size_t i = 0; i < expected.size(); ++i)
+            EXPECT_EQ(std::vector<std::string>(borrowed[i].begin(), borrowed[i].end()), expected[i].values) << i;
         const AttributeDefinitions defs = f.host.attributeDefinitions(doc, f.host.elementDefinition(doc, p));
         for (const AttributeDefinition& def : defs)
             if (def.name == "audience") EXPECT_EQ(def.defaults, std::vector<std::string>{}) << "an empty default";

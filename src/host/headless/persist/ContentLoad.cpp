@@ -5,6 +5,7 @@
 #include <libxml/tree.h>
 #include <libxml/valid.h>
 
+#include <array>
 #include <limits>
 #include <unordered_map>
 
@@ -32,6 +33,31 @@ struct NameKeyHash {
         auto h = std::hash<const void*>{};
         return h(k.owner) * 31 + h(k.prefix) * 17 + h(k.local);
     }
+};
+
+// Names seen so far, with the few met last answered from a small array
+// before the map: a document repeats a handful of tags and attributes.
+template <class Value>
+class NameTable {
+public:
+    const Value* find(const NameKey& key) {
+        Recent& recent = recent_[NameKeyHash()(key) % recent_.size()];
+        if (recent.used && recent.key == key) return &recent.value;
+        auto found = all_.find(key);
+        if (found == all_.end()) return nullptr;
+        recent = Recent{key, found->second, true};
+        return &recent.value;
+    }
+    void add(const NameKey& key, Value value) { all_.emplace(key, value); }
+
+private:
+    struct Recent {
+        NameKey key{};
+        Value value{};
+        bool used = false;
+    };
+    std::array<Recent, 61> recent_{};
+    std::unordered_map<NameKey, Value, NameKeyHash> all_;
 };
 
 const void* widen(Index index) { return reinterpret_cast<const void*>(static_cast<std::uintptr_t>(index) + 1); }
@@ -186,20 +212,18 @@ private:
 
     Index definitionOf(const StartTag& tag) {
         NameKey key{nullptr, tag.prefix, tag.local};
-        auto found = definitions_.find(key);
-        if (found != definitions_.end()) return found->second;
+        if (const Index* found = definitions_.find(key)) return *found;
         Index index = definitionFor(tag.qualifiedName());
-        definitions_.emplace(key, index);
+        definitions_.add(key, index);
         return index;
     }
 
     template <class Name>
     std::uint32_t positionOf(Index definition, const void* prefix, const void* local, Name name) {
         NameKey key{widen(definition), prefix, local};
-        auto found = positions_.find(key);
-        if (found != positions_.end()) return found->second;
+        if (const std::uint32_t* found = positions_.find(key)) return *found;
         std::uint32_t position = doc_.attributePosition(definition, name());
-        positions_.emplace(key, position);
+        positions_.add(key, position);
         return position;
     }
 
@@ -318,8 +342,8 @@ private:
     std::vector<Index> open_;
     bool rootSeen_ = false;
     bool rootClosed_ = false;
-    std::unordered_map<NameKey, Index, NameKeyHash> definitions_;
-    std::unordered_map<NameKey, std::uint32_t, NameKeyHash> positions_;
+    NameTable<Index> definitions_;
+    NameTable<std::uint32_t> positions_;
     std::vector<std::uint8_t> titleUse_;
     std::vector<Extra> extras_;
 };
