@@ -7,6 +7,7 @@ namespace voka {
 namespace {
 
 const ValuePath::Inherited kNothingInherited{};
+constexpr std::size_t kKnownViews = 251;
 
 }  // namespace
 
@@ -20,12 +21,14 @@ void ValuePath::prepare(Handle doc, const std::vector<std::string>& names, const
     lastDefinition_ = nullptr;
     words_.clear();
     wordIndex_.clear();
+    known_.assign(kKnownViews, KnownView{});
     clear();
 }
 
 bool ValuePath::setWords(const std::vector<std::string>& words) {
     words_.clear();
     wordIndex_.clear();
+    known_.assign(kKnownViews, KnownView{});
     if (words.size() > kMaxWords) return false;
     words_ = words;
     for (std::size_t i = 0; i < words_.size(); ++i) wordIndex_[words_[i]] |= std::uint64_t{1} << i;
@@ -46,9 +49,18 @@ std::uint64_t ValuePath::wordBits(std::string_view view) const {
     return bits;
 }
 
-void ValuePath::appendView(std::string_view view) {
+std::uint64_t ValuePath::stableWordBits(std::string_view view) {
+    if (words_.empty()) return 0;
+    const auto address = reinterpret_cast<std::uintptr_t>(view.data());
+    KnownView& known = known_[((address >> 3) ^ view.size()) % known_.size()];
+    if (known.data != view.data() || known.size != view.size() || known.data == nullptr)
+        known = KnownView{view.data(), view.size(), wordBits(view)};
+    return known.bits;
+}
+
+void ValuePath::appendView(std::string_view view, bool stable) {
     views_.push_back(view);
-    appendedBits_ |= wordBits(view);
+    appendedBits_ |= stable ? stableWordBits(view) : wordBits(view);
 }
 
 void ValuePath::clear() {
@@ -119,7 +131,7 @@ void ValuePath::appendWords(std::string_view value) {
         if (begin == std::string_view::npos) return;
         std::size_t end = value.find(' ', begin);
         if (end == std::string_view::npos) end = value.size();
-        appendView(value.substr(begin, end - begin));
+        appendView(value.substr(begin, end - begin), true);
         at = end;
     }
 }
@@ -146,7 +158,7 @@ bool ValuePath::readTop(Host& host) {
         appendedBits_ = 0;
         for (const std::string& value : values) {
             if (options_.spaceDelimited) appendWords(value);
-            else appendView(value);
+            else appendView(value, true);
         }
         own[slot] = Own{true, Values{first, static_cast<std::uint32_t>(views_.size() - first), appendedBits_}};
     }
@@ -202,7 +214,7 @@ void ValuePath::enterGiven(Handle element, const Attributes& attributes) {
             if (!namesEqual(attribute.name, names_[slot], options_.exact)) continue;
             const auto first = static_cast<std::uint32_t>(views_.size());
             appendedBits_ = 0;
-            for (const std::string& value : attribute.values) appendView(value);
+            for (const std::string& value : attribute.values) appendView(value, false);
             own[slot] = Own{true, Values{first, static_cast<std::uint32_t>(views_.size() - first), appendedBits_}};
             break;
         }

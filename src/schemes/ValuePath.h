@@ -103,8 +103,11 @@ private:
     bool readTop(Host& host);  // the last frame's own values and what it passes on
     void passOn();
     void appendWords(std::string_view value);
-    void appendView(std::string_view view);
+    // `stable`: the view is into the host's or a definition's strings, which
+    // outlive the walk unchanged, so its bits may be remembered by address.
+    void appendView(std::string_view view, bool stable);
     std::uint64_t wordBits(std::string_view view) const;
+    std::uint64_t stableWordBits(std::string_view view);
 
     Handle doc_ = kNoObject;
     std::vector<std::string> names_;
@@ -120,6 +123,14 @@ private:
     std::vector<std::string> words_;
     std::unordered_map<std::string_view, std::uint64_t> wordIndex_;  // exact comparison: word -> its bit
     std::uint64_t appendedBits_ = 0;  // of the views appended since the last reset
+    // The host hands out the same strings element after element: their bits
+    // by address, so a value seen before costs no hashing of its text.
+    struct KnownView {
+        const char* data = nullptr;
+        std::size_t size = 0;
+        std::uint64_t bits = 0;
+    };
+    std::vector<KnownView> known_;  // direct-mapped, kKnownViews entries
     std::vector<std::span<const std::string>> borrowed_;  // scratch of the host's read
     std::vector<Handle> chain_;                           // scratch of reach()
 };
