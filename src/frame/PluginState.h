@@ -45,6 +45,22 @@ struct ColoringScheme {
     bool loaded = false;
 };
 
+// One condition of the loaded filter scheme: an element that has the
+// attribute must carry one of the values (or a keyword that holds) to stay.
+struct FilterRule {
+    std::string attribute;
+    std::vector<std::string> values;  // may hold "<no value>" and "<any value>"
+};
+
+struct FilterScheme {
+    SchemeOptions options;
+    std::vector<FilterRule> rules;
+};
+
+// Filter types: hide in the source file, or delete in a duplicate.
+inline constexpr int kFilterSourceFile = 1;
+inline constexpr int kFilterDuplicateFile = 2;
+
 // The pre-order walk shared by settings lookups, colouring, filtering and
 // validation; it must not be interleaved.
 enum class WalkDirection { Down, Across, Up };
@@ -163,6 +179,8 @@ struct PluginState {
     std::vector<std::string> validationRuleList;
 
     ColoringScheme coloring;
+    FilterScheme filter;
+    int filterDiagnostics = 0;  // off at start-up; no command turns it on
     WalkState walk;
     int cancel = 0;
 

@@ -14,4 +14,14 @@ Handle selectedElement(Host& host, Handle doc) {
     return kNoObject;
 }
 
+ElementRange wholeElement(Host& host, Handle doc, Handle element) {
+    const Handle parent = host.parent(doc, element);
+    return ElementRange{{parent, element, 0}, {parent, host.nextSibling(doc, element), 0}};
+}
+
+void showElement(Host& host, Handle doc, Handle element) {
+    host.setElementSelection(doc, wholeElement(host, doc, element));
+    host.scrollTo(doc, host.elementTextRange(doc, element));
+}
+
 }  // namespace voka

@@ -11,4 +11,11 @@ namespace voka {
 // else the first selected element; 0 when there is none.
 Handle selectedElement(Host& host, Handle doc);
 
+// The element range that selects `element` whole: from just before it to
+// just before its next sibling, among its parent's children.
+ElementRange wholeElement(Host& host, Handle doc, Handle element);
+
+// Selects the element whole and brings its text into view.
+void showElement(Host& host, Handle doc, Handle element);
+
 }  // namespace voka

@@ -37,6 +37,7 @@ Handle step(Host& host, WalkState& walk, Handle doc, Handle element, ValuePath* 
 }  // namespace
 
 Handle nextTaggedElement(Host& host, PluginState& state, Handle doc, Handle element, MatchContext* context) {
+    if (state.walk.enabled == 0) return element;
     Handle at = element;
     do {
         at = step(host, state.walk, doc, at, context != nullptr ? &context->path : nullptr);

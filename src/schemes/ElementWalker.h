@@ -10,7 +10,8 @@
 
 namespace voka {
 
-// The next element of the walk whose definition has a tag, or 0. Passing the
+// The next element of the walk whose definition has a tag, or 0; the element
+// itself while state.walk.enabled is 0. Passing the
 // walk's MatchContext lets definitions be looked at once per walk and keeps
 // its path of values in step with the walk.
 Handle nextTaggedElement(Host& host, PluginState& state, Handle doc, Handle element,

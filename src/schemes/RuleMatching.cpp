@@ -122,7 +122,7 @@ void prepareMatching(const PluginState& state, Handle doc, MatchContext& context
         context.rules.push_back(prepared);
     }
     ValueOptions options;
-    options.exact = context.exact;
+    options.exactNames = options.exactValues = context.exact;
     options.eddDefaults = state.coloring.options.includeEddDefaults != 0;
     options.spaceDelimited = state.coloring.options.spaceDelimited != 0;
     context.path.prepare(doc, context.names, options);

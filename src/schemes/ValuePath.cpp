@@ -39,7 +39,7 @@ bool ValuePath::setWords(const std::vector<std::string>& words) {
 // text; ignoring case, any number of words may.
 std::uint64_t ValuePath::wordBits(std::string_view view) const {
     if (words_.empty()) return 0;
-    if (options_.exact) {
+    if (options_.exactValues) {
         auto found = wordIndex_.find(view);
         return found == wordIndex_.end() ? 0 : found->second;
     }
@@ -96,7 +96,7 @@ void ValuePath::readDefinition(Host& host, Definition& d, Handle handle) {
     d.position.assign(slots_, -1);
     for (std::size_t slot = 0; slot < slots_; ++slot) {
         for (std::size_t p = 0; p < d.declared.size(); ++p) {
-            if (namesEqual(d.declared[p].name, names_[slot], options_.exact)) {
+            if (namesEqual(d.declared[p].name, names_[slot], options_.exactNames)) {
                 d.position[slot] = static_cast<int>(p);
                 break;
             }
@@ -211,7 +211,7 @@ void ValuePath::enterGiven(Handle element, const Attributes& attributes) {
     for (std::size_t slot = 0; slot < slots_; ++slot) {
         own[slot] = Own{};
         for (const Attribute& attribute : attributes) {
-            if (!namesEqual(attribute.name, names_[slot], options_.exact)) continue;
+            if (!namesEqual(attribute.name, names_[slot], options_.exactNames)) continue;
             const auto first = static_cast<std::uint32_t>(views_.size());
             appendedBits_ = 0;
             for (const std::string& value : attribute.values) appendView(value, false);

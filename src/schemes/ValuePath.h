@@ -21,10 +21,12 @@
 
 namespace voka {
 
-// How a scheme reads values: names compared exactly or ignoring case, EDD
-// defaults for attributes without a value, values split at blanks.
+// How a scheme reads values: names, and values against its words, compared
+// exactly or ignoring case; EDD defaults for attributes without a value;
+// values split at blanks.
 struct ValueOptions {
-    bool exact = true;
+    bool exactNames = true;
+    bool exactValues = true;
     bool eddDefaults = false;
     bool spaceDelimited = false;
 };
@@ -121,7 +123,7 @@ private:
     std::vector<Inherited> passedOn_;   // frames_.size() * slots_: what each frame's children inherit
     std::vector<std::string_view> views_;
     std::vector<std::string> words_;
-    std::unordered_map<std::string_view, std::uint64_t> wordIndex_;  // exact comparison: word -> its bit
+    std::unordered_map<std::string_view, std::uint64_t> wordIndex_;  // exact values: word -> its bit
     std::uint64_t appendedBits_ = 0;  // of the views appended since the last reset
     // The host hands out the same strings element after element: their bits
     // by address, so a value seen before costs no hashing of its text.

@@ -1,6 +1,7 @@
 #include "settings/SharedSettingsMerge.h"
 
 #include "frame/Alerts.h"
+#include "frame/Selection.h"
 #include "frame/Strings.h"
 #include "settings/Preferences.h"
 #include "settings/SettingsDocument.h"
@@ -15,11 +16,6 @@ constexpr const char* kVersionTag = "BR_Settings";
 int version(Host& host, PluginState& state, Handle doc, const char* name) {
     std::string unused;
     return readSetting(host, state, doc, kVersionTag, name, unused, kSettingInteger);
-}
-
-ElementRange wholeElement(Host& host, Handle doc, Handle element) {
-    const Handle parent = host.parent(doc, element);
-    return ElementRange{{parent, element, 0}, {parent, host.nextSibling(doc, element), 0}};
 }
 
 // Replaces the settings group of S with the one of T; false when T has none.

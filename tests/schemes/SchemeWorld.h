@@ -43,11 +43,19 @@ struct SchemeSpec {
     SchemeOptionValues options{};
 };
 
+// A filter scheme: its conditions go directly under "Scheme".
+struct FilterSchemeSpec {
+    std::string name{};
+    std::vector<ConditionSpec> conditions{};
+    SchemeOptionValues options{};
+};
+
 struct CategorySpec {
     std::string name{};
     std::vector<SchemeSpec> coloring{};
     std::vector<std::string> validation{};  // scheme names only
     bool hasColoringSchemes = true, hasFilterSchemes = true;
+    std::vector<FilterSchemeSpec> filter{};
 };
 
 // Main settings documents are kept in the host's own form, as shipped, so
@@ -70,7 +78,18 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
     b.open(kTagMainSettings).open(kTagSchemeCategories);
     for (const CategorySpec& category : categories) {
         b.open(kTagSchemeCategory, {{kAttrName, category.name}});
-        if (category.hasFilterSchemes) b.leaf("FilterSchemes");
+        if (category.hasFilterSchemes) {
+            b.open("FilterSchemes");
+            for (const FilterSchemeSpec& scheme : category.filter) {
+                std::vector<AttrValue> attributes{{kAttrName, scheme.name}};
+                for (const auto& [name, value] : scheme.options) attributes.emplace_back(name, value);
+                b.open(kTagScheme, attributes);
+                for (const auto& [name, values] : scheme.conditions)
+                    b.leaf(kTagAttribute, {{kAttrName, name}, {kAttrValues, values}});
+                b.close();
+            }
+            b.close();
+        }
         if (category.hasColoringSchemes) {
             b.open("ColoringSchemes");
             for (const SchemeSpec& scheme : category.coloring) {
