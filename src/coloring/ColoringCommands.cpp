@@ -4,12 +4,12 @@
 #include "coloring/ColoringMessages.h"
 #include "coloring/RuleColors.h"
 #include "frame/Alerts.h"
+#include "frame/BookComponents.h"
 #include "frame/Dialogs.h"
 #include "frame/Selection.h"
 #include "schemes/NameLists.h"
 
 #include <array>
-#include <unordered_map>
 
 namespace voka {
 
@@ -48,30 +48,6 @@ std::string documentName(Host& host, Handle doc) {
 }
 
 bool isBookAction(int code) { return code == kColorBook || code == kUncolorBook; }
-
-// Open documents by their path, so that each component is found at once.
-std::unordered_map<std::string, Handle> openDocumentsByPath(Host& host) {
-    std::unordered_map<std::string, Handle> open;
-    for (Handle doc = host.firstOpenDocument(); doc != kNoObject; doc = host.nextOpenDocument(doc)) {
-        open.emplace(host.path(doc), doc);
-    }
-    return open;
-}
-
-Handle componentDocument(Host& host, const std::unordered_map<std::string, Handle>& open, Handle book,
-                         Handle component) {
-    auto found = open.find(host.componentPath(book, component));
-    return found == open.end() ? kNoObject : found->second;
-}
-
-bool allComponentsOpen(Host& host, Handle book) {
-    const auto open = openDocumentsByPath(host);
-    for (Handle component = host.firstComponent(book); component != kNoObject;
-         component = host.nextComponent(book, component)) {
-        if (componentDocument(host, open, book, component) == kNoObject) return false;
-    }
-    return true;
-}
 
 int colorSelection(Host& host, PluginState& state, Handle doc, const TextRange& saved, int interactive) {
     if (doc == kNoObject) {

@@ -2,14 +2,9 @@
 // because several steps show the same words.
 #pragma once
 
-#include <initializer_list>
-#include <string>
-#include <string_view>
+#include "frame/Alerts.h"
 
 namespace voka {
-
-// The pattern with each "%s" replaced by the next text, in order.
-std::string withTexts(const char* pattern, std::initializer_list<std::string_view> texts);
 
 inline constexpr const char* kNoActiveSchemeToApply =
     "No active coloring scheme - cannot apply color. Please set an active coloring scheme and try again.\n\n"

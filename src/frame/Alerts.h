@@ -6,7 +6,9 @@
 
 #include "host/Host.h"
 
+#include <initializer_list>
 #include <string>
+#include <string_view>
 
 namespace voka {
 
@@ -14,6 +16,8 @@ inline constexpr const char* kMessagePrefix = "-- VOKA plugin message --\n\n";
 
 // A warning with one Continue button, prefixed.
 void showMessage(Host& host, const std::string& text);
+// The pattern with each "%s" replaced by the next text, in order.
+std::string withTexts(const char* pattern, std::initializer_list<std::string_view> texts);
 // A Yes/No question, prefixed; true when the user answers Yes.
 bool askQuestion(Host& host, const std::string& text);
 // A warning without the plug-in prefix.

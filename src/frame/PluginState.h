@@ -57,6 +57,12 @@ struct FilterScheme {
     std::vector<FilterRule> rules;
 };
 
+// Positions in PluginState::filteringOptions, in the order external calls
+// name them: save the originals first, remove the colouring, world peace.
+inline constexpr int kFilterSaveFirstOption = 0;
+inline constexpr int kFilterRemoveColoringOption = 1;
+inline constexpr int kFilterWorldPeaceOption = 2;
+
 // Filter types: hide in the source file, or delete in a duplicate.
 inline constexpr int kFilterSourceFile = 1;
 inline constexpr int kFilterDuplicateFile = 2;
@@ -171,7 +177,7 @@ struct PluginState {
     int restoreBookOption = 1;
     int overrideWarningPending = 1;
     ColoringOptions coloringOptions;
-    int filteringOptions[4] = {1, 0, 0, 0};
+    int filteringOptions[4] = {1, 0, 0, 0};  // by the kFilter...Option positions
     SchemeDialogOptions schemeDialog;
 
     std::vector<std::string> schemeEditorList;

@@ -2,6 +2,7 @@
 
 #include "coloring/ColoringMenu.h"
 #include "editors/ActiveSchemeDialog.h"
+#include "filtering/SourceFilter.h"
 #include "plugin/FrameCommands.h"
 
 namespace voka {
@@ -18,6 +19,10 @@ template <int DialogCode>
 void activeScheme(Host& host, PluginState& state) {
     state.lastCommandResult = showActiveSchemeDialog(host, state, DialogCode);
 }
+
+void restoreDocument(Host& host, PluginState& state) { RestoreDocument(host, state, kNoObject, state.restoreDocOption); }
+
+void restoreBook(Host& host, PluginState& state) { RestoreBook(host, state, kNoObject, state.restoreBookOption); }
 
 // Handlers of later subsystems are attached here, one entry each.
 constexpr CommandEntry kCommands[] = {
@@ -38,8 +43,8 @@ constexpr CommandEntry kCommands[] = {
     {12, "vkp_ValidateDoc", "Validate Document...", "", false, nullptr},                // validation 22, 1
     {13, "vkp_ValidateBook", "Validate Book...", "", false, nullptr},                   // validation 23, 1
     {14, "vkp_SetValScheme", "Set Active Scheme...", "", false, activeScheme<24>},
-    {16, "vkp_RestoreDoc", "Restore Document...", "", false, nullptr},                  // restore, restoreDocOption
-    {17, "vkp_RestoreBook", "Restore Book...", "", false, nullptr},                     // restore, restoreBookOption
+    {16, "vkp_RestoreDoc", "Restore Document...", "", false, restoreDocument},
+    {17, "vkp_RestoreBook", "Restore Book...", "", false, restoreBook},
     {18, "vkp_MigrateQRV", "Migrate Quorvane Settings...", "", false, nullptr},
     {19, "vkp_VOKAHelpAbout", "About VOKA...", "", false, showAboutBox},
 };
