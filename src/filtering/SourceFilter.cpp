@@ -4,6 +4,7 @@
 #include "frame/Alerts.h"
 #include "frame/BookComponents.h"
 #include "frame/Dialogs.h"
+#include "frame/Paths.h"
 #include "frame/Selection.h"
 
 #include <vector>
@@ -27,16 +28,10 @@ constexpr const char* kFindFailed =
 
 constexpr std::size_t kShownPathLength = 50;
 constexpr int kImportFromItself = kImportRemoveOverrides | kImportNoNotify;  // 9
-constexpr int kPropRestored = 32;  // what a restore sets on every document and on the book
 
 std::string shownPath(const std::string& path) {
     if (path.size() <= kShownPathLength) return path;
     return "..." + path.substr(path.size() - kShownPathLength);
-}
-
-std::string fileName(const std::string& path) {
-    const std::size_t slash = path.find_last_of("\\/");
-    return slash == std::string::npos ? path : path.substr(slash + 1);
 }
 
 void diagnostic(Host& host, const PluginState& state, const std::string& text) {
@@ -61,7 +56,7 @@ void RemoveConditionalTextSettings(Host& host, PluginState& state, Handle doc, c
             host.setTextConditions(doc, found, none);
         }
         if (host.errorNumber() != kErrorNone && host.errorNumber() != kErrorNotFound)
-            showMessage(host, withTexts(kFindFailed, {fileName(host.path(doc))}));
+            showMessage(host, withTexts(kFindFailed, {fileNameOf(host.path(doc))}));
     }
     for (Handle table = host.firstTable(doc); table != kNoObject; table = host.nextTable(doc, table))
         for (Handle row = host.firstRow(doc, table); row != kNoObject; row = host.nextRow(doc, row))
@@ -135,10 +130,10 @@ int RestoreBook(Host& host, PluginState& state, Handle book, int ask) {
          component = host.nextComponent(book, component)) {
         const Handle doc = componentDocument(host, open, book, component);
         if (doc == kNoObject) continue;  // a closed chapter is not opened
-        host.setIntProperty(doc, doc, kPropRestored, 1);
+        host.setIntProperty(doc, doc, kPropIsInFront, 1);
         RestoreDocument(host, state, doc, 0);
     }
-    return host.setIntProperty(book, book, kPropRestored, 1) ? 1 : 0;
+    return host.setIntProperty(book, book, kPropIsInFront, 1) ? 1 : 0;
 }
 
 }  // namespace voka

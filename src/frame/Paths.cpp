@@ -33,4 +33,14 @@ void initializePathsAndState(Host& host, PluginState& state) {
     state.validationRuleList.clear();
 }
 
+std::string fileNameOf(const std::string& path) {
+    const std::size_t separator = path.find_last_of("\\/");
+    return separator == std::string::npos ? path : path.substr(separator + 1);
+}
+
+std::string folderOf(const std::string& path) {
+    const std::size_t separator = path.find_last_of("\\/");
+    return separator == std::string::npos ? std::string() : path.substr(0, separator + 1);
+}
+
 }  // namespace voka

@@ -67,6 +67,14 @@ inline constexpr int kFilterWorldPeaceOption = 2;
 inline constexpr int kFilterSourceFile = 1;
 inline constexpr int kFilterDuplicateFile = 2;
 
+// What a filter run works on, set before it starts.
+struct FilterRunSettings {
+    Handle target = kNoObject;  // the document or book; replaced by the saved, duplicated or moved one
+    int scope = 3;              // 3 document, 4 book
+    std::string bookFolder = kNone;  // a duplicate book's destination, ending with "\"
+    std::string originalBookPath;
+};
+
 // The pre-order walk shared by settings lookups, colouring, filtering and
 // validation; it must not be interleaved.
 enum class WalkDirection { Down, Across, Up };
@@ -186,6 +194,7 @@ struct PluginState {
 
     ColoringScheme coloring;
     FilterScheme filter;
+    FilterRunSettings filterRun;
     int filterDiagnostics = 0;  // off at start-up; no command turns it on
     WalkState walk;
     int cancel = 0;

@@ -94,7 +94,12 @@ enum NotificationCode : int {
 enum PropertyNumber : int {
     kPropUserString = 22,      // string: free per-object text (book component marker)
     kPropUnique = 21,          // integer: the object's unique number, 0 when gone
+    kPropLabel = 30,           // string: a document's window title
     kPropIsInFront = 32,       // integer: bring the window to the front
+    kPropScreenX = 33,         // integers: a window's place and size, in the host's units
+    kPropScreenY = 34,
+    kPropScreenWidth = 35,
+    kPropScreenHeight = 36,
     kPropIsOnScreen = 110,     // integer: document shown on screen
     kPropDocIsModified = 131,  // integer, read only
     kPropShowAll = 155,        // integer: show all conditional text

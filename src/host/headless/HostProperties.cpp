@@ -195,6 +195,7 @@ std::string HeadlessHost::stringProperty(Handle doc, Handle object, int property
     if (!d) return {};
     if (object != doc && object != kNoObject && !validObject(*d, object)) return {};
     const Handle key = object == kNoObject ? doc : object;
+    if (key == doc && property == kPropLabel) return d->title;
     return stored(d->stringProperties, std::pair<Index, int>(key, property));
 }
 
@@ -223,6 +224,10 @@ bool HeadlessHost::setStringProperty(Handle doc, Handle object, int property, co
     if (!d) return false;
     if (object != doc && object != kNoObject && !validObject(*d, object)) return false;
     const Handle key = object == kNoObject ? doc : object;
+    if (key == doc && property == kPropLabel) {
+        d->title = value;  // the window's title, not saved with the document
+        return true;
+    }
     d->stringProperties[{key, property}] = value;
     return true;
 }
