@@ -29,15 +29,24 @@ std::string tagOf(Host& host, Handle doc, Handle element) {
     return host.definitionTag(doc, host.elementDefinition(doc, element));
 }
 
+// The table a part or row belongs to: its parent or, for a row in a body,
+// heading or footing, its grandparent. 0 when neither is a table, as for a
+// row some vocabulary puts straight into an unknown container.
+Handle tableOf(Host& host, Handle doc, Handle element) {
+    Handle at = host.parent(doc, element);
+    if (at != kNoObject && host.elementType(doc, at) != kElementTable) at = host.parent(doc, at);
+    return at != kNoObject && host.elementType(doc, at) == kElementTable ? at : kNoObject;
+}
+
+bool isTablePart(int type) {
+    return type == kElementTableHeading || type == kElementTableBody || type == kElementTableFooting ||
+           type == kElementTableRow;
+}
+
 // Where a deletion of a table part goes on when the element after it went
 // too: after the table, or at its parent. 0 for other elements.
 Handle fallbackAfter(Host& host, Handle doc, Handle element) {
-    const int type = host.elementType(doc, element);
-    Handle table = kNoObject;
-    if (type == kElementTableHeading || type == kElementTableBody || type == kElementTableFooting)
-        table = host.parent(doc, element);
-    else if (type == kElementTableRow)
-        table = host.parent(doc, host.parent(doc, element));
+    const Handle table = isTablePart(host.elementType(doc, element)) ? tableOf(host, doc, element) : kNoObject;
     if (table == kNoObject) return kNoObject;
     const Handle next = host.nextSibling(doc, table);
     return next != kNoObject ? next : host.parent(doc, table);
@@ -63,7 +72,10 @@ bool DeleteFromDuplicate(Host& host, PluginState& state, Handle doc, Handle elem
         return host.errorNumber() == kErrorNone;
     }
     const Handle parent = host.parent(doc, element);
-    switch (host.elementType(doc, element)) {
+    const int type = host.elementType(doc, element);
+    const Handle table = isTablePart(type) ? tableOf(host, doc, element) : kNoObject;
+    // A table part outside any table is deleted like any other element.
+    switch (isTablePart(type) && table == kNoObject ? kElementContainer : type) {
         case kElementTableTitle:
             host.setIntProperty(doc, host.formattingObject(doc, parent), kPropTblTitlePosition, 0);
             break;
@@ -71,18 +83,17 @@ bool DeleteFromDuplicate(Host& host, PluginState& state, Handle doc, Handle elem
         case kElementTableFooting: {
             int rows = 0;
             for (Handle row = host.firstChild(doc, element); row != kNoObject; row = host.nextSibling(doc, row)) ++rows;
-            host.deleteRows(doc, host.formattingObject(doc, parent),
+            host.deleteRows(doc, host.formattingObject(doc, table),
                             host.formattingObject(doc, host.firstChild(doc, element)), rows);
             break;
         }
         case kElementTableBody:
             // A table cannot do without its body.
-            host.deleteObject(doc, parent);
+            host.deleteObject(doc, table);
             break;
         case kElementTableRow: {
             const bool onlyRowOfBody = host.elementType(doc, parent) == kElementTableBody &&
                                        host.firstChild(doc, parent) == element && host.nextSibling(doc, element) == kNoObject;
-            const Handle table = host.parent(doc, parent);
             if (onlyRowOfBody) host.deleteObject(doc, table);
             else host.deleteRows(doc, host.formattingObject(doc, table), host.formattingObject(doc, element), 1);
             break;
