@@ -21,6 +21,7 @@ inline constexpr int kStatusDialogNumber = 1224;
 inline constexpr int kListEditorDialogNumber = 1223;
 inline constexpr int kOneChoiceDialogNumber = 1225;
 inline constexpr int kTwoChoiceDialogNumber = 1226;
+inline constexpr int kFilterDialogNumber = 1227;
 
 // Buttons of the drop-down dialogs (items after the documented ones).
 inline constexpr int kOneChoiceOk = 6, kOneChoiceCancel = 7;

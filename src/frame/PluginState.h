@@ -73,6 +73,8 @@ struct FilterRunSettings {
     int scope = 3;              // 3 document, 4 book
     std::string bookFolder = kNone;  // a duplicate book's destination, ending with "\"
     std::string originalBookPath;
+    Handle dialog = kNoObject;  // the filter dialog while it is up
+    bool runRequested = false;  // the dialog was left through OK
 };
 
 // The pre-order walk shared by settings lookups, colouring, filtering and

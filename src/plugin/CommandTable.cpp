@@ -2,6 +2,8 @@
 
 #include "coloring/ColoringMenu.h"
 #include "editors/ActiveSchemeDialog.h"
+#include "filtering/FilterDialog.h"
+#include "filtering/FilterRun.h"
 #include "filtering/SourceFilter.h"
 #include "plugin/FrameCommands.h"
 
@@ -18,6 +20,14 @@ void coloring(Host& host, PluginState& state) {
 template <int DialogCode>
 void activeScheme(Host& host, PluginState& state) {
     state.lastCommandResult = showActiveSchemeDialog(host, state, DialogCode);
+}
+
+// A run that filtered something is done; a failed run keeps its code (106, 107).
+template <int Scope>
+void filter(Host& host, PluginState& state) {
+    const int result = FilterCommand(host, state, Scope);
+    const bool failed = result == kFilterRunCopyFailed || result == kFilterRunSameFolder;
+    state.lastCommandResult = failed ? result : (result != kFilterRunStopped ? 1 : 0);
 }
 
 void restoreDocument(Host& host, PluginState& state) { RestoreDocument(host, state, kNoObject, state.restoreDocOption); }
@@ -37,8 +47,8 @@ constexpr CommandEntry kCommands[] = {
     {20, "vkp_UnColorDoc", "Uncolor Document... (Esc 1 3)", "\\!13", true, coloring<20>},
     {21, "vkp_UnColorBook", "Uncolor Book...", "", true, coloring<21>},
     {8, "vkp_SetColorScheme", "Set Active Scheme...", "", false, activeScheme<17>},
-    {9, "vkp_FilterDoc", "Filter Document...", "", false, nullptr},                     // filter mode 3
-    {10, "vkp_FilterBook", "Filter Book...", "", false, nullptr},                       // filter mode 4
+    {9, "vkp_FilterDoc", "Filter Document...", "", false, filter<3>},
+    {10, "vkp_FilterBook", "Filter Book...", "", false, filter<4>},
     {11, "vkp_ValidateSelection", "Validate Selection...", "", false, nullptr},         // validation 21, 0
     {12, "vkp_ValidateDoc", "Validate Document...", "", false, nullptr},                // validation 22, 1
     {13, "vkp_ValidateBook", "Validate Book...", "", false, nullptr},                   // validation 23, 1

@@ -1,6 +1,7 @@
 #include "plugin/DialogDispatch.h"
 
 #include "editors/ActiveSchemeDialog.h"
+#include "filtering/FilterDialog.h"
 #include "frame/Dialogs.h"
 
 namespace voka {
@@ -17,7 +18,7 @@ struct DialogOwner {
 // The plug-in's own dialogs (preferences 4, filter, scheme editor, ...) are
 // attached here as their subsystems land.
 constexpr DialogOwner kOwners[] = {
-    {0, nullptr},
+    {kFilterDialogNumber, filterDialogEvent},
 };
 
 }  // namespace
