@@ -2,6 +2,7 @@
 
 #include "filtering/FilterRun.h"
 #include "filtering/FilterScheme.h"
+#include "filtering/SourceFilter.h"
 #include "frame/Alerts.h"
 #include "frame/BookComponents.h"
 #include "frame/Dialogs.h"
@@ -39,7 +40,6 @@ enum FilterItem : int {
 };
 
 constexpr const char* kNoBook = "No active book. Cannot continue.";
-constexpr const char* kNoDocument = "No active document. Cannot continue.";
 constexpr const char* kChaptersNotOpen =
     "All files of the book must be open before filtering. Please open all chapter files and try again.";
 constexpr const char* kDialogError = "Dialog box error.  Action will abort... please contact Brindel.";
@@ -233,7 +233,7 @@ int FilterCommand(Host& host, PluginState& state, int scope) {
     } else {
         const Handle doc = host.activeDocument();
         if (doc == kNoObject) {
-            showMessage(host, kNoDocument);
+            showMessage(host, kNoActiveDocumentToFilter);
             return kFilterRunStopped;
         }
         state.filterRun.target = doc;

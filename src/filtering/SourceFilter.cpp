@@ -14,7 +14,6 @@ namespace voka {
 namespace {
 
 constexpr const char* kHidden = "Hidden";
-constexpr const char* kNoActiveDocument = "No active document. Cannot continue.";
 constexpr const char* kRestoreDocumentQuestion =
     "This command will restore a document that had content hidden by a \"source file\" filter. It will remove most "
     "or all native conditional text from the document. Are you sure you want to continue?";
@@ -111,7 +110,7 @@ int FilterPass(Host& host, PluginState& state, Handle doc, int scope, int intera
 void RestoreDocument(Host& host, PluginState& state, Handle doc, int ask) {
     if (doc == kNoObject) doc = host.activeDocument();
     if (doc == kNoObject) {
-        showMessage(host, kNoActiveDocument);
+        showMessage(host, kNoActiveDocumentToFilter);
         return;
     }
     if (ask == 1 && !askQuestion(host, kRestoreDocumentQuestion)) return;
@@ -121,7 +120,7 @@ void RestoreDocument(Host& host, PluginState& state, Handle doc, int ask) {
 int RestoreBook(Host& host, PluginState& state, Handle book, int ask) {
     if (book == kNoObject) book = host.activeBook();
     if (book == kNoObject) {
-        showMessage(host, kNoActiveDocument);
+        showMessage(host, kNoActiveDocumentToFilter);
         return 0;
     }
     if (ask == 1 && !askQuestion(host, kRestoreBookQuestion)) return 0;

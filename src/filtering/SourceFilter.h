@@ -12,6 +12,9 @@
 
 namespace voka {
 
+// Said by the filter and restore commands when there is nothing to work on.
+inline constexpr const char* kNoActiveDocumentToFilter = "No active document. Cannot continue.";
+
 // The filter of state.prefs.filterType over the document's main flow (every
 // flow with ProcessAllFlows). 1 when done, 0 when cancelled or aborted.
 int FilterPass(Host& host, PluginState& state, Handle doc, int scope, int interactive);
