@@ -1,17 +1,13 @@
-// Filter verdicts in memory (elements per second): a generated document of
+// Filter verdicts in memory (elements per second): the generated manual of
 // about a million elements tested against a scheme of three conditions, as
 // the filter walk tests them, with and without blank-separated values.
 // Nothing here asserts a time.
 #include "filtering/FilterVerdict.h"
 #include "frame/PluginState.h"
-#include "host/headless/HeadlessHost.h"
-#include "host/headless/ScriptedAgent.h"
-#include "host/headless/TreeBuilder.h"
+#include "BenchManual.h"
 
 #include <benchmark/benchmark.h>
 
-#include <filesystem>
-#include <string>
 #include <vector>
 
 namespace {
@@ -19,59 +15,34 @@ namespace {
 using namespace voka;
 using namespace voka::headless;
 
-constexpr int kSections = 1000;
-constexpr int kParagraphsPerSection = 999;
-
-struct BenchDocument {
-    BenchDocument()
-        : folder(std::filesystem::temp_directory_path() / "voka-filter-bench"), host(HostConfig{folder.string()}, agent) {
-        std::filesystem::create_directories(folder);
-        static const char* const kAudiences[] = {"novice", "expert", "admin novice", ""};
-        static const char* const kPlatforms[] = {"linux", "windows", "mac", "", "linux"};
-        TreeBuilder b;
-        b.define("Para", kElementContainer,
-                 {{"audience", kAttrString, 0, {}, {}}, {"platform", kAttrString, 0, {}, {}},
-                  {"product", kAttrString, 0, {}, {}}});
-        b.open("Manual", {{"product", "voka"}});
-        for (int s = 0; s < kSections; ++s) {
-            b.open("Section", {{"audience", s % 2 ? "expert" : "novice"}, {"platform", "linux"}});
-            for (int p = 0; p < kParagraphsPerSection; ++p) {
-                std::vector<AttrValue> attributes;
-                if (*kAudiences[p % 4]) attributes.emplace_back("audience", kAudiences[p % 4]);
-                if (*kPlatforms[p % 5]) attributes.emplace_back("platform", kPlatforms[p % 5]);
-                b.leaf("Para", attributes, "text ");
-            }
-            b.close();
-        }
-        b.close();
-        doc = b.build(host, "\\bench\\manual.xml");
-        for (Handle section = host.firstChild(doc, host.highestLevelElement(doc, host.mainFlow(doc)));
-             section != kNoObject; section = host.nextSibling(doc, section)) {
+// The manual's elements in document order, as the filter walk meets them.
+struct BenchElements {
+    BenchElements() : manual(true) {
+        Host& host = manual.host;
+        elements.push_back(manual.root);
+        for (Handle section = host.firstChild(manual.doc, manual.root); section != kNoObject;
+             section = host.nextSibling(manual.doc, section)) {
             elements.push_back(section);
-            for (Handle p = host.firstChild(doc, section); p != kNoObject; p = host.nextSibling(doc, p))
+            for (Handle p = host.firstChild(manual.doc, section); p != kNoObject; p = host.nextSibling(manual.doc, p))
                 elements.push_back(p);
         }
     }
-
-    std::filesystem::path folder;
-    ScriptedAgent agent;
-    HeadlessHost host;
-    Handle doc = kNoObject;
+    voka::bench::BenchDocument manual;
     std::vector<Handle> elements;
 };
 
 void verdicts(benchmark::State& run, bool spaceDelimited) {
-    static BenchDocument bench;
+    static BenchElements bench;
     PluginState state;
     state.filter.options.spaceDelimited = spaceDelimited ? 1 : 0;
     state.filter.rules = {{"audience", {"<no value>", "novice", "expert"}},
                           {"platform", {"<no value>", "linux", "mac"}},
                           {"product", {"<any value>"}}};
     FilterContext context;
-    prepareFilter(state, bench.doc, context);
+    prepareFilter(state, bench.manual.doc, context);
     for (auto _ : run) {
         int removed = 0;
-        for (Handle element : bench.elements) removed += filterVerdictIn(bench.host, context, element);
+        for (Handle element : bench.elements) removed += filterVerdictIn(bench.manual.host, context, element);
         benchmark::DoNotOptimize(removed);
     }
     const auto elements = static_cast<std::int64_t>(bench.elements.size());

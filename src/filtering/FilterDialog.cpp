@@ -7,6 +7,7 @@
 #include "frame/BookComponents.h"
 #include "frame/Dialogs.h"
 #include "frame/Paths.h"
+#include "frame/Strings.h"
 #include "schemes/NameLists.h"
 #include "schemes/SchemeSchema.h"
 #include "settings/MainSettings.h"
@@ -55,12 +56,6 @@ constexpr const char* kBadEntries =
     "didn't accidentally type something in manually that was invalid.\n\nIf this problem persists, please seek "
     "some technical support.";
 
-constexpr int kScopeBook = 4;
-
-std::string shortened(const std::string& text, std::size_t keep) {
-    return text.size() <= keep ? text : "..." + text.substr(text.size() - keep);
-}
-
 Handle item(Host& host, PluginState& state, int number) { return host.dialogItem(state.filterRun.dialog, number); }
 
 std::string textOf(Host& host, PluginState& state, int number) {
@@ -101,16 +96,16 @@ void fillSchemes(Host& host, PluginState& state) {
 
 // The folder row matters only to a duplicate book filter.
 void fillFolder(Host& host, PluginState& state) {
-    setText(host, state, kFolderText, shortened(state.filterRun.bookFolder, 30));
-    const bool used = state.filterRun.scope == kScopeBook && stateOf(host, state, kSourceRadio) == 0;
+    setText(host, state, kFolderText, lastCharactersShown(state.filterRun.bookFolder, 30));
+    const bool used = state.filterRun.scope == kFilterScopeBook && stateOf(host, state, kSourceRadio) == 0;
     for (int number : {kFolderLabel, kFolderNote, kFolderText, kBrowseButton})
         host.setItemSensitive(state.filterRun.dialog, item(host, state, number), used);
 }
 
 void fill(Host& host, PluginState& state) {
     const Handle dialog = state.filterRun.dialog;
-    host.setDialogTitle(dialog, state.filterRun.scope == kScopeBook ? "Filter Book" : "Filter Document");
-    setText(host, state, kFileText, shortened(targetPath(host, state), 33));
+    host.setDialogTitle(dialog, state.filterRun.scope == kFilterScopeBook ? "Filter Book" : "Filter Document");
+    setText(host, state, kFileText, lastCharactersShown(targetPath(host, state), 33));
     setText(host, state, kSchemeText, state.active.filterScheme);
     std::vector<std::string> categories;
     categoryNames(host, state, state.mainSettingsDoc, categories);
@@ -151,7 +146,7 @@ void browse(Host& host, PluginState& state) {
 
 bool accept(Host& host, PluginState& state) {
     state.prefs.filterType = stateOf(host, state, kSourceRadio) == 1 ? kFilterSourceFile : kFilterDuplicateFile;
-    if (isNoneName(state.filterRun.bookFolder) && state.filterRun.scope == kScopeBook &&
+    if (isNoneName(state.filterRun.bookFolder) && state.filterRun.scope == kFilterScopeBook &&
         state.prefs.filterType == kFilterDuplicateFile) {
         showMessage(host, kNoFolder);
         return false;
@@ -219,7 +214,7 @@ void filterDialogEvent(Host& host, PluginState& state, int number) {
 int FilterCommand(Host& host, PluginState& state, int scope) {
     state.filterRun.scope = scope;
     state.filteringOptions[kFilterWorldPeaceOption] = 0;
-    if (scope == kScopeBook) {
+    if (scope == kFilterScopeBook) {
         const Handle book = host.activeBook();
         if (book == kNoObject) {
             showMessage(host, kNoBook);

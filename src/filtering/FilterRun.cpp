@@ -63,9 +63,6 @@ constexpr const char* kDuplicateFailed =
     "anywhere on disk. If you just tried to refilter a filtered duplicate, that may be the reason you have "
     "received this error.";
 
-constexpr int kScopeDocument = 3;
-constexpr int kScopeBook = 4;
-
 bool saveFirst(const PluginState& state) { return state.filteringOptions[kFilterSaveFirstOption] == 1; }
 
 void tell(Host& host, int interactive, const std::string& text) {
@@ -104,7 +101,7 @@ int filterDocument(Host& host, PluginState& state, int interactive) {
     }
     state.filterRun.target = doc;
     int result = static_cast<int>(doc);
-    FilterPass(host, state, doc, kScopeDocument, 1);
+    FilterPass(host, state, doc, kFilterScopeDocument, 1);
     if (state.cancel == 1) {
         result = kFilterRunStopped;
         if (!duplicate) RestoreDocument(host, state, doc, state.restoreDocOption);
@@ -201,7 +198,7 @@ void FilterNewBook(Host& host, PluginState& state, Handle book) {
         // The pass goes as far as the first chapter that is not open, which it does not open.
         const Handle doc = componentDocument(host, open, book, component);
         if (doc == kNoObject) break;
-        FilterPass(host, state, doc, kScopeBook, 1);
+        FilterPass(host, state, doc, kFilterScopeBook, 1);
         if (state.cancel == 1) return;
     }
     setStatusLines(host, state, "Updating the new book...", "Please wait...", kKeep, kKeep);
@@ -212,11 +209,11 @@ int FilterRun(Host& host, PluginState& state, int showProgress, int interactive)
     state.cancel = 0;
     const int scope = state.filterRun.scope;
     if (showProgress) {
-        openStatus(host, state, scope == kScopeBook ? "Filtering Book" : "Filtering Document");
+        openStatus(host, state, scope == kFilterScopeBook ? "Filtering Book" : "Filtering Document");
         setStatusLines(host, state, "Please wait.", "", "", "Press Esc to cancel");
     }
-    if (scope == kScopeBook) return filterBook(host, state, interactive);
-    if (scope == kScopeDocument) return filterDocument(host, state, interactive);
+    if (scope == kFilterScopeBook) return filterBook(host, state, interactive);
+    if (scope == kFilterScopeDocument) return filterDocument(host, state, interactive);
     closeStatus(host, state);
     tell(host, interactive, kComplete);
     return kFilterRunStopped;

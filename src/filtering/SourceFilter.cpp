@@ -6,6 +6,7 @@
 #include "frame/Dialogs.h"
 #include "frame/Paths.h"
 #include "frame/Selection.h"
+#include "frame/Strings.h"
 
 #include <vector>
 
@@ -27,11 +28,6 @@ constexpr const char* kFindFailed =
 
 constexpr std::size_t kShownPathLength = 50;
 constexpr int kImportFromItself = kImportRemoveOverrides | kImportNoNotify;  // 9
-
-std::string shownPath(const std::string& path) {
-    if (path.size() <= kShownPathLength) return path;
-    return "..." + path.substr(path.size() - kShownPathLength);
-}
 
 void diagnostic(Host& host, const PluginState& state, const std::string& text) {
     if (state.filterDiagnostics) showMessage(host, text);
@@ -64,12 +60,12 @@ void RemoveConditionalTextSettings(Host& host, PluginState& state, Handle doc, c
 
 int FilterPass(Host& host, PluginState& state, Handle doc, int scope, int interactive) {
     state.cancel = 0;
-    setStatusLines(host, state, "Please wait. Currently processing:", shownPath(host.path(doc)), ". . .",
+    setStatusLines(host, state, "Please wait. Currently processing:", lastCharactersShown(host.path(doc), kShownPathLength), ". . .",
                    "Press Esc to cancel");
     const bool source = state.prefs.filterType == kFilterSourceFile;
     Handle hidden = kNoObject;
     TextRange selection;
-    const Handle target = scope == 4 ? host.activeBook() : doc;
+    const Handle target = scope == kFilterScopeBook ? host.activeBook() : doc;
     if (source) {
         hidden = host.namedObject(doc, kConditionFormatObject, kHidden);
         if (hidden == kNoObject) {

@@ -67,10 +67,14 @@ inline constexpr int kFilterWorldPeaceOption = 2;
 inline constexpr int kFilterSourceFile = 1;
 inline constexpr int kFilterDuplicateFile = 2;
 
+// What a filter works on: a document or a book.
+inline constexpr int kFilterScopeDocument = 3;
+inline constexpr int kFilterScopeBook = 4;
+
 // What a filter run works on, set before it starts.
 struct FilterRunSettings {
     Handle target = kNoObject;  // the document or book; replaced by the saved, duplicated or moved one
-    int scope = 3;              // 3 document, 4 book
+    int scope = kFilterScopeDocument;
     std::string bookFolder = kNone;  // a duplicate book's destination, ending with "\"
     std::string originalBookPath;
     Handle dialog = kNoObject;  // the filter dialog while it is up

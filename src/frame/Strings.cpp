@@ -37,4 +37,8 @@ int leadingInteger(std::string_view text) {
     return static_cast<int>(value);
 }
 
+std::string lastCharactersShown(const std::string& text, std::size_t keep) {
+    return text.size() <= keep ? text : "..." + text.substr(text.size() - keep);
+}
+
 }  // namespace voka

@@ -47,8 +47,8 @@ constexpr CommandEntry kCommands[] = {
     {20, "vkp_UnColorDoc", "Uncolor Document... (Esc 1 3)", "\\!13", true, coloring<20>},
     {21, "vkp_UnColorBook", "Uncolor Book...", "", true, coloring<21>},
     {8, "vkp_SetColorScheme", "Set Active Scheme...", "", false, activeScheme<17>},
-    {9, "vkp_FilterDoc", "Filter Document...", "", false, filter<3>},
-    {10, "vkp_FilterBook", "Filter Book...", "", false, filter<4>},
+    {9, "vkp_FilterDoc", "Filter Document...", "", false, filter<kFilterScopeDocument>},
+    {10, "vkp_FilterBook", "Filter Book...", "", false, filter<kFilterScopeBook>},
     {11, "vkp_ValidateSelection", "Validate Selection...", "", false, nullptr},         // validation 21, 0
     {12, "vkp_ValidateDoc", "Validate Document...", "", false, nullptr},                // validation 22, 1
     {13, "vkp_ValidateBook", "Validate Book...", "", false, nullptr},                   // validation 23, 1

@@ -5,7 +5,9 @@ namespace voka {
 namespace {
 
 bool isTagged(Host& host, Handle doc, Handle element, MatchContext* context) {
-    Handle definition = host.elementDefinition(doc, element);
+    // The path has just read the element it follows the walk to.
+    const bool onPath = context != nullptr && context->path.last() == element;
+    const Handle definition = onPath ? context->path.lastDefinition() : host.elementDefinition(doc, element);
     if (definition == kNoObject) return false;
     if (context != nullptr) return context->path.tagged(host, definition);
     return !host.definitionTag(doc, definition).empty();

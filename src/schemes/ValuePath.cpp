@@ -137,9 +137,9 @@ void ValuePath::appendWords(std::string_view value) {
 }
 
 bool ValuePath::readTop(Host& host) {
-    const Handle element = frames_.back().element;
-    if (!host.borrowAttributeValues(doc_, element, borrowed_)) return false;
-    const Handle handle = host.elementDefinition(doc_, element);
+    Frame& frame = frames_.back();
+    if (!host.borrowAttributeValues(doc_, frame.element, borrowed_)) return false;
+    const Handle handle = frame.definition = host.elementDefinition(doc_, frame.element);
     const Definition* d = handle == kNoObject ? nullptr : &definition(host, handle);
     Own* own = own_.data() + (frames_.size() - 1) * slots_;
     for (std::size_t slot = 0; slot < slots_; ++slot) {

@@ -78,6 +78,8 @@ public:
     void enterGiven(Handle element, const Attributes& attributes);
 
     Handle last() const { return frames_.empty() ? kNoObject : frames_.back().element; }
+    // The last element's definition, as read with its values.
+    Handle lastDefinition() const { return frames_.empty() ? kNoObject : frames_.back().definition; }
     std::size_t depth() const { return frames_.size(); }
     // The last element's own values and what it inherits, by name slot.
     const Own& own(int slot) const { return own_[(frames_.size() - 1) * slots_ + static_cast<std::size_t>(slot)]; }
@@ -96,6 +98,7 @@ private:
     struct Frame {
         Handle element;
         std::uint32_t viewsBegin;
+        Handle definition = kNoObject;
     };
 
     Definition& definition(Host& host, Handle handle);

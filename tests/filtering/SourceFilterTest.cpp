@@ -1,7 +1,6 @@
 // A source-file filter hides what fails and nothing else, and a restore gives
 // every word back: a writer who filters the master copy must lose nothing.
 #include "filtering/SourceFilter.h"
-#include "frame/Dialogs.h"
 #include "schemes/SchemeWorld.h"
 #include "support/ModelEquality.h"
 
@@ -75,27 +74,6 @@ TEST(SourceFilter, HidesWhatFailsAndARestoreGivesEverythingBack) {
         RemoveConditionalTextSettings(host, world.state, expected, "Hidden");
         host.setConditionShown(expected, host.newNamedObject(expected, kConditionFormatObject, "Hidden"), false);
         EXPECT_EQ(test::firstDifference(*world.host.document(doc), *world.host.document(expected)), "");
-    }
-}
-
-TEST(SourceFilter, ProgressShowsTheEndOfALongPath) {
-    struct Case {
-        std::size_t length;
-        bool shortened;
-    };
-    for (const Case& c : {Case{50, false}, Case{51, true}}) {
-        World world;
-        world.state.prefs.filterType = kFilterSourceFile;
-        const std::string folder = world.hostPath("");
-        const std::string name = std::string(c.length - folder.size() - 4, 'a') + ".xml";
-        const Handle doc = profiledTopic(world, name);
-        ASSERT_EQ(world.host.path(doc).size(), c.length);
-        openStatus(world.host, world.state, "Filter");
-        ASSERT_EQ(FilterPass(world.host, world.state, doc, 3, 1), 1);
-        const Handle dialog = world.state.dialogs.status;
-        const std::string shown = world.host.itemText(dialog, world.host.dialogItem(dialog, 2));
-        EXPECT_EQ(shown, c.shortened ? "..." + world.host.path(doc).substr(c.length - 50) : world.host.path(doc));
-        closeStatus(world.host, world.state);
     }
 }
 

@@ -7,14 +7,6 @@
 namespace voka::headless::testing {
 namespace {
 
-using Runs = std::map<std::uint32_t, int>;
-
-Runs runsOf(const RunMap<int>& map) {
-    Runs runs;
-    map.forEach([&](std::uint32_t key, int value) { runs.emplace(key, value); });
-    return runs;
-}
-
 // What a run map must hold: one value per offset.
 struct Reference {
     std::vector<int> values = std::vector<int>(kLength, 0);
@@ -31,33 +23,6 @@ void expectSameAs(const RunMap<int>& map, const Reference& reference) {
         ASSERT_NE(map.value(i), previous) << "key " << map.key(i) << " repeats the run before it";
         if (i > 0) ASSERT_LT(map.key(i - 1), map.key(i));
         previous = map.value(i);
-    }
-}
-
-TEST(RunMap, AssignSplitsAndCoalesces) {
-    struct Assign {
-        std::uint32_t begin, end;
-        int value;
-    };
-    struct Case {
-        const char* name;
-        std::vector<Assign> assigns;
-        Runs runs;
-    };
-    const Case cases[] = {
-        {"adjacent equal ranges merge", {{2, 5, 1}, {5, 8, 1}}, {{2, 1}, {8, 0}}},
-        {"a range inside another splits it", {{0, 10, 1}, {3, 6, 2}}, {{0, 1}, {3, 2}, {6, 1}, {10, 0}}},
-        {"clearing a middle part", {{0, 10, 1}, {3, 6, 0}}, {{0, 1}, {3, 0}, {6, 1}, {10, 0}}},
-        {"clearing everything leaves no runs", {{0, 10, 1}, {0, 10, 0}}, {}},
-        {"overlapping the start", {{3, 6, 1}, {1, 4, 2}}, {{1, 2}, {4, 1}, {6, 0}}},
-        {"an empty range changes nothing", {{3, 6, 1}, {4, 4, 2}}, {{3, 1}, {6, 0}}},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        RunMap<int> map;
-        for (const Assign& a : c.assigns) map.assign(a.begin, a.end, a.value);
-        EXPECT_EQ(runsOf(map), c.runs);
-        EXPECT_EQ(map.at(c.runs.empty() ? 0 : c.runs.rbegin()->first), 0);
     }
 }
 
