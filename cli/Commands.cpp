@@ -1,17 +1,14 @@
 #include "cli/Commands.h"
 
+#include "cli/DocumentWriting.h"
 #include "cli/Home.h"
-#include "cli/HtmlRendering.h"
-#include "cli/Outputs.h"
 #include "cli/Signals.h"
 #include "host/headless/HostPaths.h"
 #include "host/headless/persist/Persist.h"
 #include "plugin/CommandTable.h"
 
 #include <filesystem>
-#include <future>
 #include <iostream>
-#include <thread>
 
 namespace voka::cli {
 namespace fs = std::filesystem;
@@ -35,12 +32,6 @@ void printMenu(const MenuItem& item, int depth) {
         std::cout << indent << "----  (" << item.tag << ")\n";
         return;
     }
-}
-
-int exitCodeOf(int result) {
-    if (result == 1) return kExitOk;
-    if (result == 108) return kExitCancelled;
-    return kExitFailed;
 }
 
 // The value of a key of the preferences ("DefaultColoringScheme"), read from
@@ -99,10 +90,11 @@ std::string conditionsText(const Attributes& conditions, bool matchAll) {
     return text;
 }
 
-Rendering renderingFor(Session& session, const headless::Document& doc, const std::string& title) {
+Rendering coloringRendering(Session& session, const headless::Document& doc, const std::string& title) {
     const PluginState& state = session.plugin().state();
     Rendering rendering;
     rendering.title = title;
+    rendering.legendCaption = "Coloring scheme";
     rendering.schemeName = state.active.category + " / " + state.active.coloringScheme;
     for (const ColorRule& rule : state.coloring.rules) {
         LegendRule entry;
@@ -116,84 +108,6 @@ Rendering renderingFor(Session& session, const headless::Document& doc, const st
         rendering.legend.push_back(entry);
     }
     return rendering;
-}
-
-// Saves the document in the host's full form and its HTML picture, each
-// atomically; stops, leaving nothing half-written, when a cancel comes. The
-// two are written at once, the page on a thread of its own: both only read
-// the model, so on two cores the longer of them sets the time. The page
-// takes its name only once the document is saved.
-int writeOutputs(Session& session, const DocumentOutputs& outputs, const std::string& outputFolder) {
-    headless::Document* model = session.host().mutableDocument(outputs.doc);
-    if (!model) return kExitFailed;
-    std::string problem;
-    if (!makeFoldersFor(outputFolder, outputs.saved, problem)) {
-        std::cerr << "voka: " << problem << "\n";
-        return kExitFailed;
-    }
-    if (cancelRequested()) return kExitCancelled;
-    model->applyCuts();  // the rendering reads element offsets directly
-    const Rendering rendering = renderingFor(session, *model, fs::path(outputs.input).filename().string());
-    std::promise<bool> savedPromise;
-    std::shared_future<bool> savedResult = savedPromise.get_future().share();
-    std::string pageProblem;
-    bool written = false;
-    auto writePage = [&] {
-        written = writeAtomically(
-            outputs.page,
-            [&](const std::function<bool(std::string_view)>& sink) {
-                return renderHtml(*model, rendering, [&](std::string_view piece) { return !cancelRequested() && sink(piece); });
-            },
-            pageProblem, [&] { return savedResult.get(); });
-    };
-    std::thread page;
-    try {
-        page = std::thread(writePage);
-    } catch (const std::system_error&) {
-        // No thread to be had: the page is written after the save instead.
-    }
-    const headless::SaveResult saved = headless::saveDocument(*model, outputs.saved, headless::SaveForm::Full);
-    savedPromise.set_value(saved.ok);
-    if (page.joinable()) page.join();
-    else writePage();
-    if (!saved.ok) {
-        std::cerr << "voka: " << saved.error << "\n";
-        return kExitFailed;
-    }
-    std::cout << outputs.saved << "\n";
-    if (cancelRequested()) return kExitCancelled;
-    if (!written) {
-        std::cerr << "voka: " << (pageProblem.empty() ? "cannot write " + outputs.page : pageProblem) << "\n";
-        return kExitFailed;
-    }
-    std::cout << outputs.page << "\n";
-    return kExitOk;
-}
-
-std::string indexPage(const OutputPlan& plan, const std::string& title) {
-    std::string html;
-    appendPageHead(html, title);
-    html += "</head><body>\n<h1>";
-    appendHtmlEscaped(html, title);
-    html += "</h1>\n<ul>\n";
-    for (const DocumentOutputs& outputs : plan.documents) {
-        const std::string relative = fs::path(outputs.page).lexically_relative(plan.folder).generic_string();
-        html += "<li><a href=\"" + urlEncodedPath(relative) + "\">";
-        appendHtmlEscaped(html, relative);
-        html += "</a></li>\n";
-    }
-    html += "</ul>\n</body></html>\n";
-    return html;
-}
-
-// Every file the run reads, the documents among them, for planning outputs.
-std::vector<PlannedInput> inputsOf(Session& session, Handle target, const std::string& file) {
-    std::vector<PlannedInput> inputs;
-    const bool book = objectType(target) == kBookObject;
-    if (book) inputs.push_back({kNoObject, file});
-    for (Handle doc : book ? session.bookDocuments(target) : std::vector<Handle>{target})
-        inputs.push_back({doc, headless::toSystemPath(session.host().path(doc))});
-    return inputs;
 }
 
 }  // namespace
@@ -274,16 +188,11 @@ int colorFiles(Session& session, const ColorRequest& request) {
     }
     for (const DocumentOutputs& outputs : plan.documents) {
         if (cancelRequested()) return kExitCancelled;
-        if (int code = writeOutputs(session, outputs, plan.folder); code != kExitOk) return code;
+        const std::string title = fs::path(outputs.input).filename().string();
+        auto rendering = [&](const headless::Document& doc) { return coloringRendering(session, doc, title); };
+        if (int code = writeFullFormAndPage(session, outputs, plan.folder, rendering); code != kExitOk) return code;
     }
-    std::string problem;
-    const std::string title = fs::path(file).filename().string();
-    if (cancelRequested()) return kExitCancelled;
-    if (!writeAtomically(plan.index, [&](const auto& sink) { return sink(indexPage(plan, title)); }, problem)) {
-        std::cerr << "voka: " << problem << "\n";
-        return kExitFailed;
-    }
-    std::cout << plan.index << "\n";
+    if (int code = writeIndexPage(plan, fs::path(file).filename().string()); code != kExitOk) return code;
     return unopened;
 }
 

@@ -104,7 +104,25 @@ private:
         if (doc_.showAll) return false;
         const std::uint32_t* set = conditions_->value();
         if (!set || *set == 0 || *set >= doc_.conditionSets.size()) return false;
-        for (Index c : doc_.conditionSets[*set])
+        return hiddenSet(doc_.conditionSets[*set]);
+    }
+
+    // An element whose whole text is hidden, or a table row under a hidden
+    // condition, is left out with its box, as the host shows neither.
+    bool leftOut(Index index) {
+        if (doc_.showAll) return false;
+        const Element& e = doc_.elements[index];
+        if (!doc_.rowConditions.empty()) {
+            const auto row = doc_.rowConditions.find(index);
+            if (row != doc_.rowConditions.end() && hiddenSet(row->second)) return true;
+        }
+        if (e.begin >= e.end) return false;
+        conditions_->seek(e.begin);
+        return hidden() && conditions_->boundary(e.end) == e.end;
+    }
+
+    bool hiddenSet(const headless::ConditionSet& set) const {
+        for (Index c : set)
             if (c < doc_.conditions.size() && !doc_.conditions[c].shown) return true;
         return false;
     }
@@ -148,7 +166,7 @@ private:
                 text(top.at, doc_.elements[child].begin);
                 top.at = doc_.elements[child].end;
                 top.nextChild = doc_.elements[child].nextSibling;
-                enter(child, top.childrenInline);
+                if (!leftOut(child)) enter(child, top.childrenInline);
                 continue;
             }
             text(top.at, doc_.elements[top.index].end);
@@ -266,10 +284,34 @@ private:
     bool failed_ = false;
 };
 
-void legend(std::string& out, const Rendering& rendering) {
-    out += "<table class=\"legend\">\n<caption>Coloring scheme: ";
+void legendCaption(std::string& out, const Rendering& rendering) {
+    out += "<table class=\"legend\">\n<caption>";
+    appendEscaped(out, rendering.legendCaption);
+    out += ": ";
     appendEscaped(out, rendering.schemeName);
-    out += "</caption>\n<tr><th>#</th><th>Colour</th><th>Style</th><th>Override</th><th>Match all</th>"
+    out += "</caption>\n";
+}
+
+// An element is kept when, for every rule, its attribute holds one of the values listed.
+void filterLegend(std::string& out, const Rendering& rendering) {
+    legendCaption(out, rendering);
+    out += "<tr><th>#</th><th>Attribute</th><th>Values kept</th></tr>\n";
+    int position = 0;
+    for (const FilterLegendRule& rule : rendering.filterLegend) {
+        out += "<tr><td>" + std::to_string(++position) + "</td><td>";
+        appendEscaped(out, rule.attribute);
+        out += "</td><td>";
+        appendEscaped(out, rule.values);
+        out += "</td></tr>\n";
+    }
+    out += "</table>\n";
+}
+
+void legend(std::string& out, const Rendering& rendering) {
+    if (rendering.legendCaption.empty()) return;
+    if (!rendering.filterLegend.empty()) return filterLegend(out, rendering);
+    legendCaption(out, rendering);
+    out += "<tr><th>#</th><th>Colour</th><th>Style</th><th>Override</th><th>Match all</th>"
            "<th>Conditions</th></tr>\n";
     int position = 0;
     for (const LegendRule& rule : rendering.legend) {

@@ -1,7 +1,7 @@
 // An HTML picture of a document as the host holds it: each element's text in
 // its colour and character styles (overline, strikethrough, single, double and
 // numeric underline, change bar), hidden conditional text left out, and a
-// legend of the colouring scheme's rules.
+// legend of the scheme's rules: a colouring scheme's, or a filter scheme's.
 #pragma once
 
 #include "host/headless/Model.h"
@@ -23,10 +23,18 @@ struct LegendRule {
     std::string conditions;  // "audience = novice, expert; platform = <any value>"
 };
 
+// A filter rule as the legend shows it: the attribute and the values kept.
+struct FilterLegendRule {
+    std::string attribute;
+    std::string values;  // "novice, expert" or "<no value>, <any value>"
+};
+
 struct Rendering {
     std::string title;
+    std::string legendCaption;  // "Coloring scheme", "Filter scheme"; "" for no legend
     std::string schemeName;
     std::vector<LegendRule> legend;
+    std::vector<FilterLegendRule> filterLegend;
 };
 
 // Takes the page a piece at a time; false when the piece could not be written.

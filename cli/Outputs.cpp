@@ -53,7 +53,10 @@ std::string readHead(const std::string& path, std::size_t bytes) {
 // An existing file at an output's place may be replaced only when voka wrote it.
 bool writtenByVoka(const std::string& path) {
     const std::string head = readHead(path, 2048);
-    return head.find("<voka-document") != std::string::npos || head.find(kGeneratorMark) != std::string::npos;
+    if (head.find("<voka-document") != std::string::npos || head.find(kGeneratorMark) != std::string::npos)
+        return true;
+    return head.find("<voka-book version=\"1\" generator=\"voka\"") != std::string::npos ||
+           head.find(kContentOutputMark) != std::string::npos;
 }
 
 struct FileId {
@@ -79,23 +82,61 @@ std::string refusal(const std::string& outputFolder, const std::string& path, co
 
 }  // namespace
 
-OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput>& inputs) {
+const char* const kContentOutputMark = "<!-- written by voka -->";
+
+namespace {
+
+std::set<FileId> fileIdsOf(const std::vector<PlannedInput>& inputs) {
+    std::set<FileId> ids;
+    for (const PlannedInput& input : inputs) {
+        struct stat info {};
+        if (::stat(input.path.c_str(), &info) == 0) ids.insert(FileId{info.st_dev, info.st_ino});
+    }
+    return ids;
+}
+
+// Content outputs keep their inputs' file names, so two inputs of one name cannot both go.
+void planContent(OutputPlan& plan, const std::vector<PlannedInput>& inputs) {
+    const fs::path out = plan.folder;
+    std::set<std::string> taken;
+    for (const PlannedInput& input : inputs) {
+        const fs::path file = absoluteNormal(input.path);
+        const std::string place = (out / file.filename()).string();
+        if (input.doc == kNoObject) {
+            plan.index = place;
+        } else {
+            plan.documents.push_back(DocumentOutputs{input.doc, file.string(), place, ""});
+        }
+        if (!taken.insert(place).second && plan.problem.empty())
+            plan.problem = "two inputs are called " + file.filename().string() +
+                           ", and a filtered book keeps its files side by side in one folder";
+    }
+}
+
+}  // namespace
+
+OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput>& inputs, OutputKind kind) {
     OutputPlan plan;
     const fs::path out = absoluteNormal(folder);
     plan.folder = out.string();
+    const std::set<FileId> inputIds = fileIdsOf(inputs);
+    if (kind == OutputKind::Content) {
+        planContent(plan, inputs);
+        for (const DocumentOutputs& outputs : plan.documents)
+            if (plan.problem.empty()) plan.problem = refusal(plan.folder, outputs.saved, inputIds);
+        if (plan.problem.empty() && !plan.index.empty()) plan.problem = refusal(plan.folder, plan.index, inputIds);
+        return plan;
+    }
     plan.index = (out / "index.html").string();
     const fs::path base = commonFolder(inputs);
     std::set<std::string> taken{plan.index};
-    std::set<FileId> inputIds;
-    for (const PlannedInput& input : inputs) {
-        struct stat info {};
-        if (::stat(input.path.c_str(), &info) == 0) inputIds.insert(FileId{info.st_dev, info.st_ino});
-    }
     for (const PlannedInput& input : inputs) {
         if (input.doc == kNoObject) continue;
         const fs::path file = absoluteNormal(input.path);
         const fs::path dir = (out / file.parent_path().lexically_relative(base)).lexically_normal();
+        // A full-form copy voka wrote ("ch.voka.xml") gives its outputs the name of its own input again.
         std::string stem = file.stem().string();
+        if (stem.size() > 5 && stem.ends_with(".voka") && file.extension() == ".xml") stem.resize(stem.size() - 5);
         if (stem.empty()) stem = "untitled";
         const std::string name = file.filename().string();
         std::string chosen;

@@ -1,8 +1,10 @@
-// Where voka writes what it made, and how. Every output lies under the
-// output folder at its input's path relative to the inputs' common folder,
-// under a name no other output of the run takes (`ch.html` and
+// Where voka writes what it made, and how. Pictures: every output lies under
+// the output folder at its input's path relative to the inputs' common
+// folder, under a name no other output of the run takes (`ch.html` and
 // `ch.voka.xml`, or `ch.dita.html` ... when two inputs share a stem); the
 // book's index is `index.html`, which no document's outputs are called.
+// Content: each document under its own file name directly in the output
+// folder, beside the book file, as a duplicate book's chapters lie.
 // Nothing is written over an input, over a file voka did not write, or
 // through a symbolic link; every file is written atomically.
 #pragma once
@@ -16,17 +18,22 @@
 
 namespace voka::cli {
 
+enum class OutputKind {
+    Pictures,  // the full form and an HTML picture of each document, and an index page
+    Content,   // each document in its own vocabulary, and the book file
+};
+
 struct DocumentOutputs {
     Handle doc = kNoObject;
     std::string input;  // the document's file
-    std::string saved;  // the full-form copy
-    std::string page;   // its HTML picture
+    std::string saved;  // the full-form copy, or the content-form document
+    std::string page;   // its HTML picture; "" for content
 };
 
 struct OutputPlan {
     std::string folder;
     std::vector<DocumentOutputs> documents;
-    std::string index;    // the index page
+    std::string index;    // the index page, or the book file; "" for one content document
     std::string problem;  // why nothing may be written; empty when all is well
 };
 
@@ -36,7 +43,11 @@ struct PlannedInput {
 };
 
 // Plans the outputs of `inputs` in `folder` and checks that they may be written.
-OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput>& inputs);
+OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput>& inputs,
+                       OutputKind kind = OutputKind::Pictures);
+
+// The comment a content-form output ends with, by which voka knows a file it may replace.
+extern const char* const kContentOutputMark;
 
 // Makes the folders between the output folder and `path`; false and a reason
 // when one cannot be made or is a symbolic link.

@@ -39,8 +39,18 @@ bool Session::start() {
 
     headless::HostConfig config;
     config.sessionDirectory = home_;
+    writableFolders_.push_back(home_);
+    auto refusal = [this](const std::string& systemPath) -> std::string {
+        const std::filesystem::path target = std::filesystem::absolute(systemPath).lexically_normal();
+        for (const std::string& folder : writableFolders_) {
+            const std::filesystem::path relative = target.lexically_relative(folder);
+            if (!relative.empty() && *relative.begin() != ".." && *relative.begin() != ".") return "";
+        }
+        return "voka lets the plug-in save only its own outputs, not " + systemPath;
+    };
     config.dialogDirectory = resourceDirectory() + "/dialogs";
     host_ = std::make_unique<headless::HeadlessHost>(config, *agent_);
+    host_->setSaveRefusal(refusal);
     plugin_ = std::make_unique<Plugin>(*host_);
     host_->attachClient(plugin_.get());
     host_->startClient();
@@ -76,6 +86,10 @@ Handle Session::openFile(const std::string& systemPath) {
     }
     host_->setActiveBook(object);
     return object;
+}
+
+void Session::allowSavesIn(const std::string& systemFolder) {
+    writableFolders_.push_back(std::filesystem::absolute(systemFolder).lexically_normal().string());
 }
 
 std::vector<Handle> Session::bookDocuments(Handle book) {

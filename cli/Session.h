@@ -44,6 +44,11 @@ public:
     std::vector<Handle> bookDocuments(Handle book);
     // Chapters of the books opened that could not be opened.
     int unopenedChapters() const { return unopenedChapters_; }
+    // The plug-in saves only in the per-user folder and in folders allowed
+    // here; elsewhere its saves fail (an unchanged file saved in place
+    // succeeds without being written), so none of the user's files is
+    // ever written by it.
+    void allowSavesIn(const std::string& systemFolder);
 
     headless::HeadlessHost& host() { return *host_; }
     headless::BatchAgent& agent() { return *agent_; }
@@ -56,6 +61,7 @@ private:
     std::unique_ptr<headless::HeadlessHost> host_;
     std::unique_ptr<Plugin> plugin_;
     int unopenedChapters_ = 0;
+    std::vector<std::string> writableFolders_;
 };
 
 }  // namespace voka::cli

@@ -1,5 +1,7 @@
 // voka: the VOKA plug-in on the headless host, from the command line.
 #include "cli/Commands.h"
+#include "cli/DitavalImport.h"
+#include "cli/FilterCommands.h"
 #include "cli/Session.h"
 
 #include <CLI/CLI.hpp>
@@ -40,8 +42,8 @@ void finish(int code) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app{"voka: colour structured documents and books by their elements' attribute values, with the "
-                 "VOKA plug-in running on a headless host. (Filtering and validation are not in voka yet.)"};
+    CLI::App app{"voka: colour and filter structured documents and books by their elements' attribute values, "
+                 "with the VOKA plug-in running on a headless host. (Validation is not in voka yet.)"};
     app.footer("Exit codes: 0 done, 1 the plug-in refused or failed (or has no such command yet), 2 bad command "
                "line or an output voka may not write, 3 the plug-in could not start (its messages say why), 4 a file "
                "could not be opened or read (a book's chapter too), 5 cancelled (a question answered No, Ctrl-C, "
@@ -84,9 +86,40 @@ int main(int argc, char** argv) {
     uncolor->add_option("--scheme", uncolorRequest.scheme, "Coloring scheme to make active first");
     uncolor->add_option("--out", uncolorRequest.outDir, "Output folder")->capture_default_str();
 
+    voka::cli::FilterRequest filterRequest;
+    auto* filter = app.add_subcommand(
+        "filter", "Filter a document or a book with a filter scheme: a duplicate filter writes the kept content in "
+                  "its own vocabulary (and a new book file); a source filter hides what fails under the condition "
+                  "\"Hidden\" and writes the full form and its HTML rendering");
+    filter->add_option("FILE", filterRequest.file, "XML document or book file (default: the bundled example book)");
+    filter->add_option("--category", filterRequest.category, "Scheme category (default: the active one)");
+    filter->add_option("--scheme", filterRequest.scheme, "Filter scheme (default: the active one)");
+    filter->add_option("--type", filterRequest.type, "source or duplicate (default: the preference)")
+        ->check(CLI::IsMember({"source", "duplicate"}));
+    filter->add_flag("--remove-coloring", filterRequest.removeColoring, "Remove the colouring as well");
+    filter->add_option("--out", filterRequest.outDir,
+                       "Output folder (a duplicate book's files side by side in it; source outputs at each input's "
+                       "path relative to the book's folder)")
+        ->capture_default_str();
+
+    std::string restoreFile, restoreOut = "voka-out";
+    auto* restore = app.add_subcommand("restore", "Show everything a source filter hid in a document or a book again "
+                                                  "and write the result");
+    restore->add_option("FILE", restoreFile, "Document or book that a source filter hid content in")->required();
+    restore->add_option("--out", restoreOut, "Output folder")->capture_default_str();
+
     std::vector<std::string> infoFiles;
     auto* info = app.add_subcommand("info", "Show what the host holds for documents and books");
     info->add_option("FILE", infoFiles, "Documents or books")->required();
+
+    voka::cli::DitavalRequest ditavalRequest;
+    auto* importDitaval = app.add_subcommand(
+        "import-ditaval", "Add a filter scheme made from a DITAVAL file to the main settings (the per-user local "
+                          "copy); what a filter scheme cannot express is listed as warnings");
+    importDitaval->add_option("FILE", ditavalRequest.file, "DITAVAL file")->required();
+    importDitaval->add_option("--category", ditavalRequest.category, "Scheme category to add it to (default: the active one)");
+    importDitaval->add_option("--scheme", ditavalRequest.scheme,
+                              "Name of the new filter scheme (default: the file's name without its extension)");
 
     // CLI11 tells a bad command line by exceptions and codes of its own; voka's is 2.
     try {
@@ -108,8 +141,9 @@ int main(int argc, char** argv) {
     // Uncolouring asks for no scheme; one named is made active through Set Active Scheme first.
     if (uncolor->parsed() && (!uncolorRequest.category.empty() || !uncolorRequest.scheme.empty()))
         options.batch.dialogs.push_back(schemeChoice(uncolorRequest.category, uncolorRequest.scheme));
-    // Uncolouring asks once whether every format override may go: the command says so.
-    if (uncolor->parsed()) options.yes = true;
+    // Uncolouring asks once whether every format override may go, restoring
+    // whether to show everything again: the command says so.
+    if (uncolor->parsed() || restore->parsed()) options.yes = true;
 
     voka::cli::Session session(options);
     int code = ExitCode::kExitUsage;
@@ -118,7 +152,10 @@ int main(int argc, char** argv) {
     else if (command->parsed()) code = voka::cli::runMenuCommand(session, tag, commandFile);
     else if (color->parsed()) code = voka::cli::colorFiles(session, colorRequest);
     else if (uncolor->parsed()) code = voka::cli::colorFiles(session, uncolorRequest);
+    else if (filter->parsed()) code = voka::cli::filterFiles(session, filterRequest);
+    else if (restore->parsed()) code = voka::cli::restoreFiles(session, restoreFile, restoreOut);
     else if (info->parsed()) code = voka::cli::showInfo(session, infoFiles);
+    else if (importDitaval->parsed()) code = voka::cli::importDitaval(session, ditavalRequest);
     finish(code);
     return code;
 }

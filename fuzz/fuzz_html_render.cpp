@@ -68,7 +68,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!loaded.document) return 0;
     voka::cli::Rendering rendering;
     rendering.title = slice(data, size, 0, 48);
+    rendering.legendCaption = size % 3 == 0 ? "Filter scheme" : "Coloring scheme";
     rendering.schemeName = slice(data, size, size / 2, 32);
+    if (size % 3 == 0) rendering.filterLegend.push_back({slice(data, size, size / 5, 16), slice(data, size, size / 6, 24)});
     voka::cli::LegendRule rule;
     rule.name = slice(data, size, size / 3, 16);
     rule.conditions = slice(data, size, size / 4, 40);

@@ -6,6 +6,7 @@
 
 #include "host/headless/Model.h"
 
+#include <map>
 #include <memory>
 #include <ostream>
 #include <sstream>
@@ -50,6 +51,8 @@ std::string installHome(const std::string& home);
 std::string readFile(const std::string& path);
 void writeFile(const std::string& path, const std::string& content);
 std::string fileListing(const std::string& folder);  // every file under it, relative and sorted, one a line
+// Every file under `folder` with its content, for checking that nothing changed.
+std::map<std::string, std::string> snapshot(const std::string& folder);
 
 extern const char* const kWelcomeAlert;  // the first run in a new per-user folder
 std::string pluginMessage(const std::string& text);

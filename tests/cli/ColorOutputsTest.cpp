@@ -89,7 +89,7 @@ TEST_F(VokaColor, ColoringAgainWithAnotherSchemeLeavesOnlyThatSchemesColours) {
     for (const char* chapter : kChapters) {
         SCOPED_TRACE(chapter);
         // Outputs keep the inputs' places below the book's folder.
-        auto recoloured = load(again + "/coloured/" + chapter + ".voka.voka.xml");
+        auto recoloured = load(again + "/coloured/" + chapter + ".voka.xml");
         auto fresh = load(direct + "/" + chapter + ".voka.xml");
         ASSERT_TRUE(recoloured && fresh);
         EXPECT_EQ("", lookDifferences(*fresh, *recoloured))
@@ -118,7 +118,7 @@ TEST_F(VokaColor, UncolorRemovesEveryColourAndStyleFromAChapterAndABook) {
         for (const std::string& chapter : c.chapters) {
             SCOPED_TRACE(chapter);
             auto before = load(coloured() + "/" + chapter + ".voka.xml");
-            auto after = load(out + c.folder + "/" + chapter + ".voka.voka.xml");
+            auto after = load(out + c.folder + "/" + chapter + ".voka.xml");
             ASSERT_TRUE(before && after);
             ASSERT_EQ(before->flows.size(), after->flows.size());
             for (std::size_t f = 0; f < after->flows.size(); ++f) {

@@ -58,6 +58,13 @@ std::string fileListing(const std::string& folder) {
     return listing;
 }
 
+std::map<std::string, std::string> snapshot(const std::string& folder) {
+    std::map<std::string, std::string> files;
+    std::istringstream listing(fileListing(folder));
+    for (std::string name; std::getline(listing, name);) files[name] = readFile(folder + "/" + name);
+    return files;
+}
+
 const char* const kWelcomeAlert =
     "--- Brindel Consulting message ---\n\n It appears that you are initializing a new installation of VOKA. "
     "Welcome. Please let us know if you have any problems with the software.  support@brindel.example.\n";

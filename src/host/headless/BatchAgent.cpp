@@ -128,6 +128,15 @@ bool BatchAgent::chooseLabel(DialogUser& dialog, const DialogAction& action) {
     return false;
 }
 
+void BatchAgent::addDialogScript(DialogScript script) {
+    options_.dialogs.push_back(std::move(script));
+    scriptUsed_.push_back(false);
+}
+
+void BatchAgent::answerFileChooser(const std::string& title, const std::string& systemPath) {
+    options_.fileAnswers[title] = systemPath;
+}
+
 void BatchAgent::runModalDialog(DialogUser& dialog) {
     for (std::size_t i = 0; i < options_.dialogs.size(); ++i) {
         const DialogScript& script = options_.dialogs[i];

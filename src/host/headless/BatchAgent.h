@@ -59,6 +59,9 @@ public:
     void hostMessage(Said kind, const std::string& text) override;
 
     int errorsReported() const { return errors_; }
+    // Answers given once the driver knows what it opened.
+    void addDialogScript(DialogScript script);
+    void answerFileChooser(const std::string& title, const std::string& systemPath);
 
 private:
     void print(const std::string& text);

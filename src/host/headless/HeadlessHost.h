@@ -22,6 +22,7 @@
 #include "host/headless/UserAgent.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <set>
@@ -41,6 +42,9 @@ struct HostConfig {
     std::string sessionDirectory;  // POSIX folder; the plug-in sees it in host notation
     std::string dialogDirectory = VOKA_RESOURCE_DIR "/dialogs";  // POSIX folder of NAME.xml files
 };
+
+// Why the plug-in may not save at a POSIX path, or "" when it may.
+using SaveRefusal = std::function<std::string(const std::string& systemPath)>;
 
 // One entry of a menu as the plug-in built it.
 struct MenuItem {
@@ -85,6 +89,10 @@ public:
     int callClientFromOutside(const std::string& clientName, const std::string& message);
     // Other clients the plug-in may call by name through callClient.
     void registerClient(const std::string& name, Client* client);
+    // A refused save fails with a host message, except that saving an
+    // unchanged document or book to its own file succeeds without writing:
+    // the file already holds it. Without one, every save may happen.
+    void setSaveRefusal(SaveRefusal refusal) { saveRefusal_ = std::move(refusal); }
     UserAgent& agent() { return *agent_; }
 
     // --- What the plug-in defined --------------------------------------------
@@ -332,6 +340,9 @@ private:
     Handle findOpenDocument(const std::string& path);
     Handle findOpenBook(const std::string& path);
     Handle saveDocumentAs(Handle doc, const std::string& path);
+    // 0 when saveRefusal_ lets the save happen; 1 when it need not
+    // (unchanged, in place); -1 after telling why it may not.
+    int refuseSave(const std::string& target, bool unchangedInPlace);
     Handle saveBookAs(Handle book, const std::string& path);
     bool closeDialog(Handle dialog);
 
@@ -348,6 +359,7 @@ private:
     void deliverDialogEvent(DialogObject& dialog, Handle dialogHandle, int item, bool& keptUp);
 
     HostConfig config_;
+    SaveRefusal saveRefusal_;
     UserAgent* agent_;
     Client* client_ = nullptr;
     std::unordered_map<std::string, Client*> otherClients_;

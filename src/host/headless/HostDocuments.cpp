@@ -205,6 +205,15 @@ Handle HeadlessHost::simpleOpen(const std::string& path, bool interactive) { ret
 
 Handle HeadlessHost::openAsNewDocument(const std::string& path) { return openFile(path, true, true); }
 
+int HeadlessHost::refuseSave(const std::string& target, bool unchangedInPlace) {
+    if (!saveRefusal_) return 0;
+    const std::string problem = saveRefusal_(toSystemPath(target));
+    if (problem.empty()) return 0;
+    if (unchangedInPlace) return 1;
+    agent_->hostMessage(Said::Error, problem);
+    return -1;
+}
+
 Handle HeadlessHost::saveDocumentAs(Handle doc, const std::string& path) {
     Document* d = settledDocument(doc);
     if (!d) return kNoObject;
@@ -213,6 +222,7 @@ Handle HeadlessHost::saveDocumentAs(Handle doc, const std::string& path) {
     if (target.empty()) return fail(kNoObject);
     const Handle other = findOpenDocument(target);
     if (other != kNoObject && other != doc) return fail(kNoObject);  // another open document has that file
+    if (const int refused = refuseSave(target, !d->modified && target == d->path)) return refused < 0 ? fail(kNoObject) : doc;
     const SaveResult saved = saveDocument(*d, toSystemPath(target));
     if (!saved.ok) {
         agent_->hostMessage(Said::Error, saved.error);
@@ -235,6 +245,7 @@ Handle HeadlessHost::saveBookAs(Handle book, const std::string& path) {
     if (target.empty()) return fail(kNoObject);
     const Handle other = findOpenBook(target);
     if (other != kNoObject && other != book) return fail(kNoObject);
+    if (const int refused = refuseSave(target, !b.modified && target == b.path)) return refused < 0 ? fail(kNoObject) : book;
     const SaveResult saved = saveBook(b, toSystemPath(target));
     if (!saved.ok) {
         agent_->hostMessage(Said::Error, saved.error);

@@ -55,7 +55,8 @@ std::unique_ptr<ParseHandler> makeBookLoader(Book& book, const std::string& book
 
 void writeBook(XmlOut& out, const Book& book, const std::string& bookPath) {
     const std::filesystem::path folder = folderOf(bookPath);
-    out.raw("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<voka-book version=\"1\">\n");
+    // The generator says voka wrote the file, so that voka may replace it; a book written by hand has none.
+    out.raw("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<voka-book version=\"1\" generator=\"voka\">\n");
     for (const BookComponent& component : book.components) {
         if (!component.alive || component.path.empty()) continue;
         // The host keeps component paths in its own notation; a backslash is

@@ -1,0 +1,38 @@
+// Writing what a command made, under the rules of Outputs.h: each document's
+// full form and HTML picture, the index page, a document in its own
+// vocabulary, a book file.
+#pragma once
+
+#include "cli/HtmlRendering.h"
+#include "cli/Outputs.h"
+#include "cli/Session.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace voka::cli {
+
+// The exit code of a plug-in command's result (1 done, 108 cancelled).
+int exitCodeOf(int result);
+
+// Every file a run on `target` reads, the documents among them, for planning outputs.
+std::vector<PlannedInput> inputsOf(Session& session, Handle target, const std::string& file);
+
+// Saves the document in the host's full form and writes its HTML picture,
+// made by `rendering` from the model; prints each path written. An exit code.
+using RenderingOf = std::function<Rendering(const headless::Document&)>;
+int writeFullFormAndPage(Session& session, const DocumentOutputs& outputs, const std::string& outputFolder,
+                         const RenderingOf& rendering);
+
+// The index page linking every document's picture. An exit code.
+int writeIndexPage(const OutputPlan& plan, const std::string& title);
+
+// Saves the document in the vocabulary it was read in, ending with
+// kContentOutputMark, at `path`; prints the path. An exit code.
+int writeContentDocument(Session& session, Handle doc, const std::string& outputFolder, const std::string& path);
+
+// Writes a book file listing `chapters` (system paths) at `path`. An exit code.
+int writeBookFile(const std::vector<std::string>& chapters, const std::string& outputFolder, const std::string& path);
+
+}  // namespace voka::cli
