@@ -5,7 +5,10 @@ generator's attributes (audience, platform, product): "Ten rules" compares
 whole values, "Ten rules split" splits values at blanks. Half the rules need
 both conditions (MatchAll 1). "DocBook rules" is the same rules under the
 DocBook flavour's names (audience, os, condition); its ';' lists are compared
-whole, as voka splits only at blanks. Usage: make-bench-settings.py OUT"""
+whole, as voka splits only at blanks. The filter scheme "Reference profile"
+keeps what the generator's reference DITAVAL keeps (it excludes novice,
+windows and basic) on the DITA flavour, as the floor's dita filter does.
+Usage: make-bench-settings.py OUT"""
 import sys
 
 RULES = [
@@ -74,9 +77,24 @@ def scheme(name, split, names=None):
     return "\n".join(out)
 
 
+# Every other value of the generator, and elements without one.
+KEPT = {"audience": ("expert", "admin"), "platform": ("linux", "mac"), "product": ("pro", "enterprise")}
+
+
+def filter_scheme(name):
+    out = ['<element tag="Scheme">', attr("Name", name), attr("IncludeEDDDefaults", "False"),
+           attr("SpaceDelimitedVals", "True"), attr("IgnoreCaseSensitivity", "False"), attr("ProcessAllFlows", "False")]
+    for attribute, values in KEPT.items():
+        out.append('<element tag="Attribute">%s%s</element>' % (attr("Name", attribute),
+                                                                attr("Values", *values, "&lt;no value&gt;")))
+    out.append("</element>")
+    return "\n".join(out)
+
+
 def main():
     body = ['<element tag="VKP_MainSettings"><element tag="SchemeCategories"><element tag="SchemeCategory">',
-            attr("Name", "Bench"), '<element tag="FilterSchemes"/><element tag="ColoringSchemes">',
+            attr("Name", "Bench"), '<element tag="FilterSchemes">', filter_scheme("Reference profile"),
+            '</element><element tag="ColoringSchemes">',
             scheme("Ten rules", False), scheme("Ten rules split", True),
             scheme("DocBook rules", False, DOCBOOK_NAMES),
             '</element><element tag="ValidationSchemes"/></element></element>',

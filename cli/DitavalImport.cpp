@@ -72,20 +72,19 @@ bool readWhole(const std::string& path, std::string& bytes, std::string& error) 
         error = "cannot read " + path + ": " + std::to_string(info.st_size) + " bytes is more than a DITAVAL file holds (" +
                 std::to_string(kMaxDitavalBytes >> 20) + " MB at most)";
     } else {
-        bytes.resize(kMaxDitavalBytes + 1);
-        std::size_t done = 0;
+        // The size is checked again as it is read: the file may be growing.
+        char chunk[64 * 1024];
         for (;;) {
-            const ssize_t n = ::read(fd, bytes.data() + done, bytes.size() - done);
+            const ssize_t n = ::read(fd, chunk, sizeof chunk);
             if (n < 0 && errno == EINTR) continue;
             if (n < 0) error = "cannot read " + path + ": " + std::strerror(errno);
             if (n <= 0) break;
-            done += static_cast<std::size_t>(n);
-            if (done > kMaxDitavalBytes) {
+            bytes.append(chunk, static_cast<std::size_t>(n));
+            if (bytes.size() > kMaxDitavalBytes) {
                 error = "cannot read " + path + ": it grew past " + std::to_string(kMaxDitavalBytes >> 20) + " MB";
                 break;
             }
         }
-        bytes.resize(done);
     }
     ::close(fd);
     return error.empty();
@@ -319,7 +318,7 @@ std::vector<SchemeRule> schemeRules(const Ditaval& ditaval, const Library& libra
             if (listed != library.end())
                 for (const std::string& value : listed->second) keep(value);
             for (const std::string& value : included) keep(value);
-            const std::string kept = rule.values.empty() ? "no value of it" : joined(rule.values);
+            const std::string kept = rule.values.empty() ? "none of its values" : joined(rule.values);
             warnings.push_back(
                 a.name + ": " +
                 (listed != library.end() ? "the scheme keeps " + kept + " (the attribute library's values not excluded)"

@@ -4,10 +4,12 @@
 #include "cli/DocumentWriting.h"
 #include "cli/Signals.h"
 #include "filtering/FilterRun.h"
+#include "host/headless/ContentModel.h"
 #include "host/headless/HostPaths.h"
 
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <iostream>
 
 namespace voka::cli {
@@ -95,6 +97,22 @@ private:
     std::string path_;
 };
 
+// A DTD may require a child the filter deleted (a topic's title, the rows of
+// a heading): such a file is written all the same, and named.
+void warnWhereInvalid(Session& session, Handle doc, const std::string& output) {
+    const headless::Document* model = session.host().document(doc);
+    if (!model) return;
+    std::map<std::string, int> byTag;
+    for (const std::uint32_t element : headless::brokenByDeletions(*model))
+        ++byTag[model->definitions[model->elements[element].definition].tag];
+    if (byTag.empty()) return;
+    std::string list;
+    for (const auto& [tag, count] : byTag)
+        list += (list.empty() ? "" : ", ") + ("<" + tag + ">") + (count > 1 ? " (" + std::to_string(count) + ")" : "");
+    std::cerr << "voka: warning: " << output << " is not valid against its DTD: the filter deleted children that "
+              << list << " must have\n";
+}
+
 int runFilterCommand(Session& session, bool book) {
     session.plugin().state().lastCommandResult = 0;
     session.host().invokeCommand(book ? "vkp_FilterBook" : "vkp_FilterDoc");
@@ -115,6 +133,7 @@ int writeFilteredBook(Session& session, const OutputPlan& plan, Handle book) {
             return kExitFailed;
         }
         if (int code = writeContentDocument(session, doc, plan.folder, place->saved); code != kExitOk) return code;
+        warnWhereInvalid(session, doc, place->saved);
         chapters.push_back(place->saved);
     }
     return writeBookFile(chapters, plan.folder, plan.index);
@@ -165,8 +184,9 @@ int filterFiles(Session& session, const FilterRequest& request) {
         return unopened;
     }
     if (duplicate) {
-        if (int code = writeContentDocument(session, filtered, plan.folder, plan.documents.front().saved); code != kExitOk)
-            return code;
+        const std::string& output = plan.documents.front().saved;
+        if (int code = writeContentDocument(session, filtered, plan.folder, output); code != kExitOk) return code;
+        warnWhereInvalid(session, filtered, output);
         return unopened;
     }
     for (const DocumentOutputs& outputs : plan.documents) {

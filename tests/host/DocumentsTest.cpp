@@ -71,6 +71,72 @@ TEST(Documents, OpeningAndTheActiveDocument) {
     EXPECT_NE(errors[0].find("broken.xml"), std::string::npos) << errors[0];
 }
 
+// A copy of an unchanged open file takes its model; the original still
+// answers as before, and reads its file again only when its content is asked for.
+TEST(Documents, OpenAsNewOfAnOpenFileLeavesTheOriginalWhole) {
+    struct Case {
+        const char* name;
+        bool changeOriginal;  // unsaved changes: the copy comes from the file on disk
+    };
+    for (const Case c : {Case{"unchanged", false}, Case{"with unsaved changes", true}}) {
+        SCOPED_TRACE(c.name);
+        HostFixture f;
+        const Handle a = chapter(f, "a.xml").doc;
+        ASSERT_EQ(f.host.simpleSave(a, f.host.path(a), false), a);
+        ASSERT_TRUE(f.host.setIntProperty(a, a, kPropScreenX, 40));
+        if (c.changeOriginal) ASSERT_TRUE(f.host.addText(a, {root(f.host, a), 0}, "New "));
+        const std::string text = elementText(f.host, a, root(f.host, a));
+        const Handle copy = f.host.openAsNewDocument(f.host.path(a));
+        ASSERT_NE(copy, kNoObject);
+        EXPECT_EQ(elementText(f.host, copy, root(f.host, copy)), "IntroHelloWorld");
+        EXPECT_EQ(f.host.intProperty(copy, copy, kPropScreenX), 0) << "the copy is a new window";
+        ASSERT_TRUE(f.host.addText(copy, {root(f.host, copy), 0}, "Copy "));
+        EXPECT_EQ(f.host.path(a), f.folder.hostPath("a.xml"));
+        EXPECT_EQ(f.host.title(a), "a.xml");
+        EXPECT_EQ(f.host.isModified(a), c.changeOriginal);
+        EXPECT_EQ(f.host.intProperty(a, a, kPropScreenX), 40);
+        EXPECT_EQ(elementText(f.host, a, root(f.host, a)), text) << "the copy's changes are its own";
+        EXPECT_EQ(f.host.intProperty(a, a, kPropScreenX), 40);
+        EXPECT_EQ(f.host.close(a, c.changeOriginal ? kCloseModified : 0), 0);
+    }
+}
+
+// A driver may keep the plug-in's saves to places it allows; saving an
+// unchanged file in place is then done without writing it.
+TEST(Documents, ASaveRefusalKeepsFilesUnwritten) {
+    HostFixture f;
+    const Handle a = chapter(f, "a.xml").doc;
+    ASSERT_EQ(f.host.simpleSave(a, f.host.path(a), false), a);
+    const std::string before = f.folder.read("a.xml");
+    std::filesystem::create_directories(f.folder.path() / "allowed");
+    f.host.setSaveRefusal([&](const std::string& path) {
+        return path.find("/allowed/") == std::string::npos ? "not there: " + path : std::string();
+    });
+    struct Case {
+        const char* name;
+        std::function<Handle()> save;
+        bool saved;
+    };
+    const Case cases[] = {
+        {"unchanged, in place", [&] { return f.host.simpleSave(a, f.host.path(a), false); }, true},
+        {"elsewhere", [&] { return f.host.simpleSave(a, f.folder.hostPath("b.xml"), false); }, false},
+        {"changed, in place",
+         [&] {
+             f.host.addText(a, {root(f.host, a), 0}, "x");
+             return f.host.simpleSave(a, f.host.path(a), false);
+         },
+         false},
+        {"where allowed", [&] { return f.host.simpleSave(a, f.folder.hostPath("allowed/c.xml"), false); }, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(c.save() != kNoObject, c.saved);
+        EXPECT_EQ(f.folder.read("a.xml"), before);
+        EXPECT_FALSE(std::filesystem::exists(f.folder.path() / "b.xml"));
+    }
+    EXPECT_EQ(f.agent.texts(Said::Error).size(), 2u) << "each refusal is said";
+}
+
 struct BookFixture : HostFixture {
     BookFixture() {
         for (const char* name : {"ch1.xml", "ch2.xml", "ch3.xml"}) host.simpleSave(chapter(*this, name).doc, "", false);

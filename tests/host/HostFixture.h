@@ -34,6 +34,10 @@ public:
         std::filesystem::create_directories((path_ / name).parent_path());
         std::ofstream(path_ / name) << content;
     }
+    std::string read(const std::string& name) const {
+        std::ifstream in(path_ / name, std::ios::binary);
+        return std::string(std::istreambuf_iterator<char>(in), {});
+    }
 
 private:
     std::filesystem::path path_;

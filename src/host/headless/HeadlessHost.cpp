@@ -1,5 +1,8 @@
 #include "host/headless/HeadlessHost.h"
 
+#include "host/headless/HostPaths.h"
+#include "host/headless/persist/Persist.h"
+
 #include "host/headless/Handles.h"
 
 namespace voka::headless {
@@ -98,6 +101,26 @@ OpenDocument* HeadlessHost::openDocumentSlot(Handle doc) {
 }
 
 Document* HeadlessHost::liveDocument(Handle doc) {
+    OpenDocument* slot = openDocumentSlot(doc);
+    if (!slot) return nullptr;
+    if (!slot->givenAway) return slot->doc.get();
+    Document& state = *slot->doc;
+    LoadResult loaded = loadFile(toSystemPath(state.path));
+    if (!loaded.document) {
+        agent_->hostMessage(Said::Error, loaded.error.empty() ? state.path + ": cannot be read again" : loaded.error);
+        return fail<Document*>(nullptr);
+    }
+    prepareDocument(*loaded.document, state.path);
+    loaded.document->title = state.title;
+    loaded.document->visible = state.visible;
+    loaded.document->intProperties = std::move(state.intProperties);
+    loaded.document->stringProperties = std::move(state.stringProperties);
+    slot->doc = std::move(loaded.document);
+    slot->givenAway = false;
+    return slot->doc.get();
+}
+
+Document* HeadlessHost::documentState(Handle doc) {
     OpenDocument* slot = openDocumentSlot(doc);
     return slot ? slot->doc.get() : nullptr;
 }

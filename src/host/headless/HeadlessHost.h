@@ -340,6 +340,10 @@ private:
     Handle findOpenDocument(const std::string& path);
     Handle findOpenBook(const std::string& path);
     Handle saveDocumentAs(Handle doc, const std::string& path);
+    // The document as its window knows it, without reading a given-away model back.
+    Document* documentState(Handle doc);
+    // The model of an unchanged, open document for a copy of its file, or null.
+    std::unique_ptr<Document> giveAwayModel(const std::string& normalPath);
     // 0 when saveRefusal_ lets the save happen; 1 when it need not
     // (unchanged, in place); -1 after telling why it may not.
     int refuseSave(const std::string& target, bool unchangedInPlace);

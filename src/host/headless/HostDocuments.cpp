@@ -177,6 +177,12 @@ Handle HeadlessHost::openFile(const std::string& path, bool visible, bool asNew)
             return book;
         }
     }
+    if (asNew) {
+        if (std::unique_ptr<Document> model = giveAwayModel(normal)) {
+            prepareDocument(*model, std::string());
+            return registerDocument(std::move(model), visible);
+        }
+    }
     const std::string system = toSystemPath(normal);
     // A missing file is for the caller to mention; anything else the loader
     // refuses (a folder, a FIFO, bad XML) is said here, with the reason.
@@ -195,6 +201,30 @@ Handle HeadlessHost::openFile(const std::string& path, bool visible, bool asNew)
     }
     prepareDocument(*loaded.document, asNew ? std::string() : normal);
     return registerDocument(std::move(loaded.document), visible);
+}
+
+std::unique_ptr<Document> HeadlessHost::giveAwayModel(const std::string& normalPath) {
+    const Handle original = findOpenDocument(normalPath);
+    if (original == kNoObject) return nullptr;
+    OpenDocument& slot = *documents_[handleId(original) - 1];
+    // Unchanged means the model is what the file says, but for what the
+    // host keeps beside it; a fresh read would give the same.
+    if (slot.givenAway || slot.doc->modified || slot.doc->hasPendingCuts()) return nullptr;
+    auto state = std::make_unique<Document>();
+    Document& d = *slot.doc;
+    state->path = d.path;
+    state->title = d.title;
+    state->visible = d.visible;
+    state->contentForm = d.contentForm;
+    state->intProperties = std::move(d.intProperties);
+    state->stringProperties = std::move(d.stringProperties);
+    d.intProperties.clear();
+    d.stringProperties.clear();
+    std::unique_ptr<Document> model = std::move(slot.doc);
+    slot.doc = std::move(state);
+    slot.givenAway = true;
+    slot.selection = Selection{};
+    return model;
 }
 
 Handle HeadlessHost::open(const std::string& path, const OpenParams& params) {
@@ -287,7 +317,7 @@ std::string HeadlessHost::path(Handle docOrBook) {
         OpenBook* slot = openBookSlot(docOrBook);
         return slot ? slot->book->path : std::string();
     }
-    Document* d = liveDocument(docOrBook);
+    Document* d = documentState(docOrBook);
     return d ? d->path : std::string();
 }
 
@@ -296,7 +326,7 @@ std::string HeadlessHost::title(Handle docOrBook) {
         OpenBook* slot = openBookSlot(docOrBook);
         return slot ? fileNameOf(slot->book->path) : std::string();
     }
-    Document* d = liveDocument(docOrBook);
+    Document* d = documentState(docOrBook);
     return d ? d->title : std::string();
 }
 
@@ -305,7 +335,7 @@ bool HeadlessHost::isModified(Handle docOrBook) {
         OpenBook* slot = openBookSlot(docOrBook);
         return slot && slot->book->modified;
     }
-    Document* d = liveDocument(docOrBook);
+    Document* d = documentState(docOrBook);
     return d && d->modified;
 }
 
@@ -316,7 +346,7 @@ bool HeadlessHost::setVisible(Handle docOrBook, bool onScreen) {
         slot->book->visible = onScreen;
         return true;
     }
-    Document* d = liveDocument(docOrBook);
+    Document* d = documentState(docOrBook);
     if (!d) return false;
     d->visible = onScreen;
     return true;
@@ -327,7 +357,7 @@ bool HeadlessHost::isVisible(Handle docOrBook) {
         OpenBook* slot = openBookSlot(docOrBook);
         return slot && slot->book->visible;
     }
-    Document* d = liveDocument(docOrBook);
+    Document* d = documentState(docOrBook);
     return d && d->visible;
 }
 

@@ -23,7 +23,12 @@ struct Selection {
 };
 
 struct OpenDocument {
+    // After Open As New of an unchanged document, the copy takes its model
+    // and `doc` keeps only what the host knows of the window (path, title,
+    // visibility, stored properties); the file is read again when the model
+    // is needed. A filtered duplicate of a large file then costs one model.
     std::unique_ptr<Document> doc;
+    bool givenAway = false;
     std::uint64_t order = 0;  // opening order
     Selection selection;
 };

@@ -102,6 +102,14 @@ int HeadlessHost::intProperty(Handle doc, Handle object, int property) {
         }
         return stored(storedInts_, std::make_tuple(doc, object, property));
     }
+    // What the host keeps of a window is read without reading a given-away model back.
+    if ((object == doc || object == kNoObject) && !documentProperty(property)) {
+        Document* state = documentState(doc);
+        if (!state) return 0;
+        if (property == kPropIsInFront) return activeDocument_ == doc ? 1 : 0;
+        if (property == kPropUnique) return static_cast<int>(handleId(doc));
+        return stored(state->intProperties, std::pair<Index, int>(doc, property));
+    }
     Document* d = liveDocument(doc);
     if (!d) return 0;
     if (object == doc || object == kNoObject) {

@@ -9,6 +9,7 @@
 #pragma once
 
 #include "host/Host.h"
+#include "host/headless/ContentModel.h"
 #include "host/headless/RunMap.h"
 
 #include <cstdint>
@@ -56,6 +57,7 @@ struct ElementDefinition {
     AttributeDefinitions attributes;
     std::unordered_map<std::string, std::uint32_t> attributeIndex;  // name -> position
     bool alive = true;
+    ContentModel content;  // content form: what the DTD lets the element hold
 };
 
 // One attribute value of an element: the position of its definition in the

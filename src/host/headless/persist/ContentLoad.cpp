@@ -20,6 +20,60 @@ std::string qualified(const xmlChar* prefix, const xmlChar* name) {
     return std::string(str(prefix)) + ":" + str(name);
 }
 
+// The declaration's content as a postfix program, built without recursion:
+// a hostile DTD may chain thousands of names in one group.
+ContentModel contentModelOf(xmlElementPtr element) {
+    ContentModel model;
+    switch (element->etype) {
+    case XML_ELEMENT_TYPE_EMPTY:
+        model.kind = ContentModel::Kind::Empty;
+        return model;
+    case XML_ELEMENT_TYPE_ANY:
+        model.kind = ContentModel::Kind::Any;
+        return model;
+    case XML_ELEMENT_TYPE_MIXED:
+    case XML_ELEMENT_TYPE_ELEMENT:
+        model.kind = ContentModel::Kind::Children;
+        break;
+    default:
+        return model;
+    }
+    std::unordered_map<std::string, std::int32_t> names;
+    auto occurrence = [&](xmlElementContentPtr c) {
+        if (c->ocur == XML_ELEMENT_CONTENT_OPT) model.program.push_back(ContentModel::kOptional);
+        else if (c->ocur == XML_ELEMENT_CONTENT_MULT) model.program.push_back(ContentModel::kRepeat);
+        else if (c->ocur == XML_ELEMENT_CONTENT_PLUS) model.program.push_back(ContentModel::kOneOrMore);
+    };
+    std::vector<std::pair<xmlElementContentPtr, bool>> stack{{element->content, false}};
+    while (!stack.empty()) {
+        auto [c, childrenDone] = stack.back();
+        stack.pop_back();
+        if (!c || c->type == XML_ELEMENT_CONTENT_PCDATA) {
+            model.program.push_back(ContentModel::kNothing);
+            if (c) occurrence(c);
+            continue;
+        }
+        if (c->type == XML_ELEMENT_CONTENT_ELEMENT) {
+            const std::string name = qualified(c->prefix, c->name);
+            auto [slot, added] = names.try_emplace(name, static_cast<std::int32_t>(model.names.size()));
+            if (added) model.names.push_back(name);
+            model.program.push_back(slot->second);
+            occurrence(c);
+            continue;
+        }
+        if (childrenDone) {
+            model.program.push_back(c->type == XML_ELEMENT_CONTENT_SEQ ? ContentModel::kSequence : ContentModel::kChoice);
+            occurrence(c);
+            continue;
+        }
+        stack.push_back({c, true});
+        stack.push_back({c->c2, false});
+        stack.push_back({c->c1, false});
+    }
+    return model;
+}
+
+
 // Parser names are interned, so a pair of pointers is a name's identity.
 struct NameKey {
     const void* owner;  // a definition index or a marker, widened
@@ -281,7 +335,9 @@ private:
             for (xmlNodePtr node = dtd->children; node; node = node->next) {
                 if (node->type == XML_ELEMENT_DECL) {
                     auto* element = reinterpret_cast<xmlElementPtr>(node);
-                    definitionFor(qualified(element->prefix, element->name));
+                    const Index definition = definitionFor(qualified(element->prefix, element->name));
+                    ContentModel& model = doc_.definitions[definition].content;
+                    if (model.kind == ContentModel::Kind::Undeclared) model = contentModelOf(element);
                 } else if (node->type == XML_ATTRIBUTE_DECL) {
                     declareAttribute(reinterpret_cast<xmlAttributePtr>(node));
                 }
