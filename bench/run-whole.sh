@@ -5,6 +5,9 @@
 #   color DocBook   voka color ("DocBook rules")    vs libxml2-floor dom, and vs
 #                   xsltproc with DocBook XSL's profiling stylesheet
 #   uncolor DITA    voka uncolor of job 1's output  vs libxml2-floor dom of it
+#   filter DITA     voka filter --type duplicate ("Reference profile")
+#                                                   vs libxml2-floor dom with its
+#                                                   dita filter (the same profile)
 #   info DITA       voka info                       vs xmllint --noout
 # Each job runs voka and its floor in turn, PAIRS times (default 5; PAIRS_XSLT,
 # default 3, for xsltproc, which takes 15-20 s at 10^6), so drift of a shared
@@ -124,6 +127,13 @@ for n in $sizes; do
   done
 
   for ((i = 1; i <= pairs; i++)); do
+    progress "$n: filter DITA, pair $i of $pairs"
+    measure "$n" filter-dita voka "$voka" --home "$home" --quiet filter "$dita" --type duplicate \
+      --category Bench --scheme "Reference profile" --out "$work/filter-dita-$n"
+    measure "$n" filter-dita floor "$floor" dom "$dita" "$work/floor-out.xml" dita
+  done
+
+  for ((i = 1; i <= pairs; i++)); do
     progress "$n: info DITA, pair $i of $pairs"
     measure "$n" info-dita voka "$voka" --home "$home" --quiet info "$dita"
     measure "$n" info-dita xmllint xmllint --noout "$dita"
@@ -158,6 +168,7 @@ ROWS = [("color-dita", "floor", "color DITA", "libxml2 dom"),
         ("color-docbook", "floor", "color DocBook", "libxml2 dom"),
         ("color-docbook", "xsltproc", "color DocBook", "xsltproc profile"),
         ("uncolor-dita", "floor", "uncolor DITA", "libxml2 dom"),
+        ("filter-dita", "floor", "filter DITA", "libxml2 dom filter"),
         ("info-dita", "xmllint", "info DITA", "xmllint --noout")]
 ROW = "%-9s %-14s %-17s %8s %8s %8s %8s  %-24s %s"
 head = ROW % ("elements", "job", "peer", "voka s", "voka MB", "peer s", "peer MB", "time ratio (min-max)", "memory ratio")

@@ -81,8 +81,11 @@ TEST(Documents, OpenAsNewOfAnOpenFileLeavesTheOriginalWhole) {
     for (const Case c : {Case{"unchanged", false}, Case{"with unsaved changes", true}}) {
         SCOPED_TRACE(c.name);
         HostFixture f;
-        const Handle a = chapter(f, "a.xml").doc;
-        ASSERT_EQ(f.host.simpleSave(a, f.host.path(a), false), a);
+        const Handle built = chapter(f, "a.xml").doc;
+        ASSERT_EQ(f.host.simpleSave(built, f.host.path(built), false), built);
+        ASSERT_EQ(f.host.close(built, 0), 0);
+        const Handle a = f.host.simpleOpen(f.folder.hostPath("a.xml"), false);
+        ASSERT_NE(a, kNoObject);
         ASSERT_TRUE(f.host.setIntProperty(a, a, kPropScreenX, 40));
         if (c.changeOriginal) ASSERT_TRUE(f.host.addText(a, {root(f.host, a), 0}, "New "));
         const std::string text = elementText(f.host, a, root(f.host, a));

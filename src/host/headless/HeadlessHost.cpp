@@ -117,6 +117,7 @@ Document* HeadlessHost::liveDocument(Handle doc) {
     loaded.document->stringProperties = std::move(state.stringProperties);
     slot->doc = std::move(loaded.document);
     slot->givenAway = false;
+    slot->asRead = true;
     return slot->doc.get();
 }
 

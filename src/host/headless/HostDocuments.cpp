@@ -200,16 +200,19 @@ Handle HeadlessHost::openFile(const std::string& path, bool visible, bool asNew)
         return fail(kNoObject);
     }
     prepareDocument(*loaded.document, asNew ? std::string() : normal);
-    return registerDocument(std::move(loaded.document), visible);
+    const Handle doc = registerDocument(std::move(loaded.document), visible);
+    if (doc != kNoObject && !asNew) documents_[handleId(doc) - 1]->asRead = true;
+    return doc;
 }
 
 std::unique_ptr<Document> HeadlessHost::giveAwayModel(const std::string& normalPath) {
     const Handle original = findOpenDocument(normalPath);
     if (original == kNoObject) return nullptr;
     OpenDocument& slot = *documents_[handleId(original) - 1];
-    // Unchanged means the model is what the file says, but for what the
-    // host keeps beside it; a fresh read would give the same.
-    if (slot.givenAway || slot.doc->modified || slot.doc->hasPendingCuts()) return nullptr;
+    // Read and unchanged, the model is what the file says, but for what the
+    // host keeps beside it: a fresh read would give the same. A document
+    // built in memory or saved since may differ from its file in small ways.
+    if (slot.givenAway || !slot.asRead || slot.doc->modified || slot.doc->hasPendingCuts()) return nullptr;
     auto state = std::make_unique<Document>();
     Document& d = *slot.doc;
     state->path = d.path;
@@ -258,6 +261,7 @@ Handle HeadlessHost::saveDocumentAs(Handle doc, const std::string& path) {
         agent_->hostMessage(Said::Error, saved.error);
         return fail(kNoObject);
     }
+    openDocumentSlot(doc)->asRead = false;
     if (target != d->path) {
         d->path = target;
         d->title = fileNameOf(target);

@@ -29,6 +29,7 @@ struct OpenDocument {
     // is needed. A filtered duplicate of a large file then costs one model.
     std::unique_ptr<Document> doc;
     bool givenAway = false;
+    bool asRead = false;  // the model is what reading its file gave, never saved since
     std::uint64_t order = 0;  // opening order
     Selection selection;
 };
