@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/DocumentWriting.h"
 #include "cli/Signals.h"
+#include "filtering/FilterDialog.h"
 #include "filtering/FilterRun.h"
 #include "host/headless/ContentModel.h"
 #include "host/headless/HostPaths.h"
@@ -18,14 +19,6 @@ using headless::DialogAction;
 
 namespace {
 
-// The filter dialog's items the command line answers.
-constexpr int kCategoryPopup = 6;
-constexpr int kSchemePopup = 9;
-constexpr int kBrowseButton = 13;
-constexpr int kSourceRadio = 17;
-constexpr int kDuplicateRadio = 18;
-constexpr int kRemoveColoringBox = 19;
-constexpr int kOkButton = 22;
 constexpr const char* kFolderChooserTitle = "Select the folder for the filtered book";
 
 headless::DialogScript filterChoice(const FilterRequest& request, bool duplicate, bool browse) {

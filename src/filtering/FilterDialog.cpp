@@ -21,24 +21,6 @@ namespace {
 
 constexpr const char* kDialogName = "vkp_Dialog_Filter";
 
-enum FilterItem : int {
-    kFileText = 3,
-    kCategoryText = 5,
-    kCategoryPopup = 6,
-    kSchemeText = 8,
-    kSchemePopup = 9,
-    kFolderLabel = 10,
-    kFolderNote = 11,
-    kFolderText = 12,
-    kBrowseButton = 13,
-    kSourceRadio = 17,
-    kDuplicateRadio = 18,
-    kRemoveColoringBox = 19,
-    kSaveFirstBox = 20,
-    kWorldPeaceBox = 21,
-    kOkButton = 22,
-    kCancelButton = 23,
-};
 
 constexpr const char* kNoBook = "No active book. Cannot continue.";
 constexpr const char* kChaptersNotOpen =
