@@ -57,6 +57,30 @@ struct FilterScheme {
     std::vector<FilterRule> rules;
 };
 
+// A validation scheme: the attributes it checks, each with its valid values
+// (which may hold "<no value>").
+struct ValidationRule {
+    std::string attribute;
+    std::vector<std::string> values;
+};
+
+struct ValidationScheme {
+    SchemeOptions options;
+    std::vector<ValidationRule> rules;
+};
+
+// One error a validation run wrote into the report, kept beside it for a
+// driver that prints findings (voka validate): the rule (1 to 4), where, and
+// the report's message for it.
+struct ValidationFinding {
+    int rule = 0;
+    Handle doc = kNoObject;
+    Handle element = kNoObject;
+    std::string attribute;
+    std::string value;  // the offending value; "" for rules 3 and 4
+    std::string message;
+};
+
 // Positions in PluginState::filteringOptions, in the order external calls
 // name them: save the originals first, remove the colouring, world peace.
 inline constexpr int kFilterSaveFirstOption = 0;
@@ -200,6 +224,9 @@ struct PluginState {
 
     ColoringScheme coloring;
     FilterScheme filter;
+    ValidationScheme validation;
+    Handle report = kNoObject;  // the plug-in report of the validation command running
+    std::vector<ValidationFinding> validationFindings;  // of the last validation command, in report order
     FilterRunSettings filterRun;
     int filterDiagnostics = 0;  // off at start-up; no command turns it on
     WalkState walk;

@@ -159,6 +159,10 @@ struct Document {
     bool contentForm = true;  // saved back in the vocabulary it was read in
     std::string contentProlog;  // content form: XML declaration, DOCTYPE and what stands before the root
     std::vector<ContentMarkup> contentMarkup;  // content form: comments and instructions in and after the root
+    // Content form read from a file: for each element read, by its index, the
+    // byte offset in the file just past its start tag (0 when unknown), so
+    // that a finding can name the line and column where the element starts.
+    std::vector<std::uint32_t> sourceTagEnds;
 
     std::vector<ElementDefinition> definitions;
     std::unordered_map<std::string, Index> definitionByTag;

@@ -159,6 +159,9 @@ public:
         const Index parent = open_.empty() ? kNil : open_.back();
         noteTitleUse(definition, parent);
         const Index index = doc_.appendElement(definition, parent, 0);
+        // A converted encoding counts bytes of the conversion, not of the file.
+        const std::size_t tagEnd = context.converted() ? 0 : context.consumed();
+        doc_.sourceTagEnds.push_back(tagEnd <= std::numeric_limits<std::uint32_t>::max() ? static_cast<std::uint32_t>(tagEnd) : 0);
         const auto slotsBegin = doc_.attributeSlots.size();
         for (int i = 0; i < tag.namespaceCount; ++i) {
             const std::uint32_t position = positionOf(definition, &kNamespaceOwner, tag.namespaces[2 * i], [&] {
@@ -260,6 +263,7 @@ private:
         const std::size_t elements = std::min<std::size_t>(bytes / 32, kMaxReservedElements) + 64;
         doc_.elements.reserve(elements);
         doc_.attributeSlots.reserve(elements);
+        doc_.sourceTagEnds.reserve(elements);
         doc_.flows[0].text.reserve(std::min<std::size_t>(bytes, kMaxReservedElements * 32) / 2);
     }
     static constexpr std::size_t kMaxReservedElements = std::size_t{1} << 24;
