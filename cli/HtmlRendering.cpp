@@ -85,7 +85,8 @@ struct FormatHash {
 
 class Renderer {
 public:
-    Renderer(const Document& doc, std::string& out, const PageSink& sink) : doc_(doc), out_(out), sink_(sink) {}
+    Renderer(const Document& doc, const Rendering& rendering, std::string& out, const PageSink& sink)
+        : doc_(doc), notes_(rendering.notes), out_(out), sink_(sink) {}
     bool failed() const { return failed_; }
 
     void flow(const Flow& flow) {
@@ -177,12 +178,25 @@ private:
     }
 
     void startBox(const Element& e, bool inlineLayout) {
+        if (!notes_.empty()) {
+            if (const auto note = notes_.find(e.unique); note != notes_.end()) return startNotedBox(e, inlineLayout, note->second);
+        }
         out_ += inlineLayout ? "<span class=\"el\" data-el=\"" : "<div class=\"el\" data-el=\"";
         char digits[16];
         const auto written = std::to_chars(digits, digits + sizeof digits, e.unique);
         out_.append(digits, written.ptr);
         const BoxEnds& ends = boxEnds(e.definition);
         out_ += inlineLayout ? ends.inlineBox : ends.block;
+    }
+
+    void startNotedBox(const Element& e, bool inlineLayout, const std::string& note) {
+        const std::string unique = std::to_string(e.unique);
+        out_ += (inlineLayout ? "<span" : "<div") + std::string(" class=\"el finding\" id=\"el-") + unique +
+                "\" data-el=\"" + unique;
+        out_ += inlineLayout ? boxEnds(e.definition).inlineBox : boxEnds(e.definition).block;
+        out_ += "<span class=\"note\">";
+        appendEscaped(out_, note);
+        out_ += "</span>";
     }
 
     // The rest of a box's start tag, the same for every element of a definition.
@@ -275,6 +289,7 @@ private:
 
     std::vector<BoxEnds> boxEnds_;  // by definition, the last for an element without one
     const Document& doc_;
+    const std::unordered_map<std::uint32_t, std::string>& notes_;
     std::string& out_;
     const PageSink& sink_;
     const Flow* flow_ = nullptr;
@@ -353,11 +368,13 @@ bool renderHtml(const Document& doc, const Rendering& rendering, const PageSink&
            ".legend{border-collapse:collapse;margin-bottom:2em}\n"
            ".legend td,.legend th{border:1px solid #ccc;padding:.2em .6em;text-align:left}\n"
            ".swatch{display:inline-block;width:1em;height:1em;border:1px solid #444;vertical-align:middle}\n"
+           ".finding>.note{font-size:80%;color:#a00;margin-right:.4em}\n"
+           ".finding:target{outline:3px solid #c00;background:#fff3f3}\n"
            "</style></head><body>\n<h1>";
     appendEscaped(out, rendering.title);
     out += "</h1>\n";
     legend(out, rendering);
-    Renderer renderer(doc, out, sink);
+    Renderer renderer(doc, rendering, out, sink);
     for (const Flow& flow : doc.flows) renderer.flow(flow);
     out += "</body></html>\n";
     return sink(out) && !renderer.failed();

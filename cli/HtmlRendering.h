@@ -6,10 +6,12 @@
 
 #include "host/headless/Model.h"
 
+#include <cstdint>
 #include <functional>
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace voka::cli {
@@ -35,6 +37,9 @@ struct Rendering {
     std::string schemeName;
     std::vector<LegendRule> legend;
     std::vector<FilterLegendRule> filterLegend;
+    // Elements a report links to, by their unique number: each gets the
+    // anchor "el-N", is highlighted when the link is followed, and shows the note.
+    std::unordered_map<std::uint32_t, std::string> notes;
 };
 
 // Takes the page a piece at a time; false when the piece could not be written.

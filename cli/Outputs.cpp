@@ -115,7 +115,7 @@ void planContent(OutputPlan& plan, const std::vector<PlannedInput>& inputs) {
 
 }  // namespace
 
-OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput>& inputs, OutputKind kind) {
+OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput>& inputs, OutputKind kind, int reports) {
     OutputPlan plan;
     const fs::path out = absoluteNormal(folder);
     plan.folder = out.string();
@@ -130,6 +130,11 @@ OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput
     plan.index = (out / "index.html").string();
     const fs::path base = commonFolder(inputs);
     std::set<std::string> taken{plan.index};
+    for (int i = 0; kind == OutputKind::Report && i < reports; ++i) {
+        plan.reports.push_back((out / (i == 0 ? std::string("report.voka.xml")
+                                              : "report-" + std::to_string(i + 1) + ".voka.xml")).string());
+        taken.insert(plan.reports.back());
+    }
     for (const PlannedInput& input : inputs) {
         if (input.doc == kNoObject) continue;
         const fs::path file = absoluteNormal(input.path);
@@ -152,11 +157,15 @@ OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput
                                 (dir / (chosen + ".html")).string()};
         taken.insert(outputs.saved);
         taken.insert(outputs.page);
+        // A report's documents are pictured only: their full form is not written.
+        if (kind == OutputKind::Report) outputs.saved.clear();
         plan.documents.push_back(outputs);
     }
     for (const DocumentOutputs& outputs : plan.documents)
         for (const std::string* path : {&outputs.saved, &outputs.page})
-            if (plan.problem.empty()) plan.problem = refusal(plan.folder, *path, inputIds);
+            if (plan.problem.empty() && !path->empty()) plan.problem = refusal(plan.folder, *path, inputIds);
+    for (const std::string& report : plan.reports)
+        if (plan.problem.empty()) plan.problem = refusal(plan.folder, report, inputIds);
     if (plan.problem.empty()) plan.problem = refusal(plan.folder, plan.index, inputIds);
     return plan;
 }

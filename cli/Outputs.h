@@ -21,6 +21,7 @@ namespace voka::cli {
 enum class OutputKind {
     Pictures,  // the full form and an HTML picture of each document, and an index page
     Content,   // each document in its own vocabulary, and the book file
+    Report,    // each document's HTML picture, the report page as index, and the report documents
 };
 
 struct DocumentOutputs {
@@ -34,6 +35,7 @@ struct OutputPlan {
     std::string folder;
     std::vector<DocumentOutputs> documents;
     std::string index;    // the index page, or the book file; "" for one content document
+    std::vector<std::string> reports;  // Report: report.voka.xml, report-2.voka.xml ...
     std::string problem;  // why nothing may be written; empty when all is well
 };
 
@@ -44,7 +46,7 @@ struct PlannedInput {
 
 // Plans the outputs of `inputs` in `folder` and checks that they may be written.
 OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput>& inputs,
-                       OutputKind kind = OutputKind::Pictures);
+                       OutputKind kind = OutputKind::Pictures, int reports = 0);
 
 // The comment a content-form output ends with, by which voka knows a file it may replace.
 extern const char* const kContentOutputMark;

@@ -2,6 +2,7 @@
 #include "cli/Commands.h"
 #include "cli/DitavalImport.h"
 #include "cli/FilterCommands.h"
+#include "cli/ValidateCommand.h"
 #include "cli/Session.h"
 
 #include <CLI/CLI.hpp>
@@ -42,8 +43,8 @@ void finish(int code) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    CLI::App app{"voka: colour and filter structured documents and books by their elements' attribute values, "
-                 "with the VOKA plug-in running on a headless host. (Validation is not in voka yet.)"};
+    CLI::App app{"voka: colour, filter and validate structured documents and books by their elements' attribute "
+                 "values, with the VOKA plug-in running on a headless host."};
     app.footer("Exit codes: 0 done, 1 the plug-in refused or failed (or has no such command yet), 2 bad command "
                "line or an output voka may not write, 3 the plug-in could not start (its messages say why), 4 a file "
                "could not be opened or read (a book's chapter too), 5 cancelled (a question answered No, Ctrl-C, "
@@ -108,6 +109,19 @@ int main(int argc, char** argv) {
     restore->add_option("FILE", restoreFile, "Document or book that a source filter hid content in")->required();
     restore->add_option("--out", restoreOut, "Output folder")->capture_default_str();
 
+    voka::cli::ValidateRequest validateRequest;
+    std::string validateFormat = "text";
+    auto* validate = app.add_subcommand(
+        "validate", "Validate documents and books with a validation scheme: print each finding (FILE:LINE:COLUMN: ...) "
+                    "and write the report with pictures of the files it links into; exit 1 when there are findings");
+    validate->add_option("FILE", validateRequest.files, "XML documents or book files (default: the bundled example book)");
+    validate->add_option("--category", validateRequest.category, "Scheme category (default: the active one)");
+    validate->add_option("--scheme", validateRequest.scheme, "Validation scheme (default: the active one)");
+    validate->add_option("--out", validateRequest.outDir, "Output folder for the report")->capture_default_str();
+    validate->add_option("--format", validateFormat, "How findings are printed: text, json, sarif or junit")
+        ->check(CLI::IsMember({"text", "json", "sarif", "junit"}))
+        ->capture_default_str();
+
     std::vector<std::string> infoFiles;
     auto* info = app.add_subcommand("info", "Show what the host holds for documents and books");
     info->add_option("FILE", infoFiles, "Documents or books")->required();
@@ -154,6 +168,14 @@ int main(int argc, char** argv) {
     else if (uncolor->parsed()) code = voka::cli::colorFiles(session, uncolorRequest);
     else if (filter->parsed()) code = voka::cli::filterFiles(session, filterRequest);
     else if (restore->parsed()) code = voka::cli::restoreFiles(session, restoreFile, restoreOut);
+    else if (validate->parsed()) {
+        using voka::cli::FindingFormat;
+        validateRequest.format = validateFormat == "json"    ? FindingFormat::Json
+                                 : validateFormat == "sarif" ? FindingFormat::Sarif
+                                 : validateFormat == "junit" ? FindingFormat::Junit
+                                                             : FindingFormat::Text;
+        code = voka::cli::validateFiles(session, validateRequest);
+    }
     else if (info->parsed()) code = voka::cli::showInfo(session, infoFiles);
     else if (importDitaval->parsed()) code = voka::cli::importDitaval(session, ditavalRequest);
     finish(code);
