@@ -6,6 +6,7 @@
 #include "filtering/FilterRun.h"
 #include "filtering/SourceFilter.h"
 #include "plugin/FrameCommands.h"
+#include "validation/ValidationCommands.h"
 
 namespace voka {
 
@@ -30,6 +31,12 @@ void filter(Host& host, PluginState& state) {
     state.lastCommandResult = failed ? result : (result != kFilterRunStopped ? 1 : 0);
 }
 
+// A validation that ran to its end is done, whatever it found.
+template <int Code, int Progress>
+void validate(Host& host, PluginState& state) {
+    state.lastCommandResult = Validate(host, state, Code, Progress, kNoObject);
+}
+
 void restoreDocument(Host& host, PluginState& state) { RestoreDocument(host, state, kNoObject, state.restoreDocOption); }
 
 void restoreBook(Host& host, PluginState& state) { RestoreBook(host, state, kNoObject, state.restoreBookOption); }
@@ -49,9 +56,9 @@ constexpr CommandEntry kCommands[] = {
     {8, "vkp_SetColorScheme", "Set Active Scheme...", "", false, activeScheme<17>},
     {9, "vkp_FilterDoc", "Filter Document...", "", false, filter<kFilterScopeDocument>},
     {10, "vkp_FilterBook", "Filter Book...", "", false, filter<kFilterScopeBook>},
-    {11, "vkp_ValidateSelection", "Validate Selection...", "", false, nullptr},         // validation 21, 0
-    {12, "vkp_ValidateDoc", "Validate Document...", "", false, nullptr},                // validation 22, 1
-    {13, "vkp_ValidateBook", "Validate Book...", "", false, nullptr},                   // validation 23, 1
+    {11, "vkp_ValidateSelection", "Validate Selection...", "", false, validate<kValidateSelection, 0>},
+    {12, "vkp_ValidateDoc", "Validate Document...", "", false, validate<kValidateDocument, 1>},
+    {13, "vkp_ValidateBook", "Validate Book...", "", false, validate<kValidateBook, 1>},
     {14, "vkp_SetValScheme", "Set Active Scheme...", "", false, activeScheme<24>},
     {16, "vkp_RestoreDoc", "Restore Document...", "", false, restoreDocument},
     {17, "vkp_RestoreBook", "Restore Book...", "", false, restoreBook},

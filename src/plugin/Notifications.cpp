@@ -3,6 +3,7 @@
 #include "frame/Selection.h"
 #include "frame/Strings.h"
 #include "settings/MainSettings.h"
+#include "validation/ValidationCommands.h"
 
 namespace voka {
 
@@ -57,7 +58,7 @@ void handleNotification(Host& host, PluginState& state, int code, Handle documen
     }
     const Handle element = autoValidationTarget(host, state, code, doc, text, number);
     if (element == kNoObject) return;
-    // Single-element validation (code 20) of `element` in `doc` is attached here.
+    Validate(host, state, kValidateElement, 0, element, doc);
 }
 
 }  // namespace voka

@@ -9,6 +9,7 @@
 #include "settings/MainSettings.h"
 #include "settings/Preferences.h"
 #include "settings/SharedSettingsMerge.h"
+#include "validation/ValidationScheme.h"
 
 namespace voka {
 
@@ -30,6 +31,7 @@ bool runStartup(Host& host, PluginState& state) {
     state.filterPassFlag = 0;
     state.debugLevel = kShippedDebugLevel;
     installActiveSchemeDialog(state);
+    installValidationSchemeReader(state);
 
     openStatus(host, state, "Initializing the VOKA plugin...");
     showStep(host, state, "Initializing variables");

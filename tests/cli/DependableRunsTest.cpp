@@ -55,7 +55,7 @@ TEST_F(DependableRuns, EveryExitCodeAsReadmeSaysAndNothingLeaksOrIsLost) {
     for (int i = 0; i < 10001; ++i) deep += "<e>";
     const Case cases[] = {
         {"done", files({{"ch.xml", chapter("fine")}}), {"color", "@IN@/ch.xml", "--out", "@OUT@"}, 0, ""},
-        {"a menu command not built yet", files({}), {"command", "vkp_ValidateDoc"}, 1, "is not in this version of the plug-in yet"},
+        {"a menu command not built yet", files({}), {"command", "vkp_SchemeEditor"}, 1, "is not in this version of the plug-in yet"},
         {"an unknown option", files({}), {"color", "--colour", "red"}, 2, "The following argument was not expected"},
         {"a missing option value", files({}), {"color", "--out"}, 2, "--out: 1 required"},
         {"an output over its own input", files({{"page.html", chapter("mine")}}), {"color", "@IN@/page.html", "--out", "@IN@"}, 2,

@@ -50,12 +50,20 @@ struct FilterSchemeSpec {
     SchemeOptionValues options{};
 };
 
+// A validation scheme: one child of "Scheme" per attribute, with its valid values.
+struct ValidationSchemeSpec {
+    std::string name{};
+    std::vector<ConditionSpec> attributes{};
+    SchemeOptionValues options{};
+};
+
 struct CategorySpec {
     std::string name{};
     std::vector<SchemeSpec> coloring{};
     std::vector<std::string> validation{};  // scheme names only
     bool hasColoringSchemes = true, hasFilterSchemes = true;
     std::vector<FilterSchemeSpec> filter{};
+    std::vector<ValidationSchemeSpec> validationSchemes{};  // after the names-only ones
 };
 
 // Main settings documents are kept in the host's own form, as shipped, so
@@ -113,6 +121,14 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
         }
         b.open("ValidationSchemes");
         for (const std::string& name : category.validation) b.leaf(kTagScheme, {{kAttrName, name}});
+        for (const ValidationSchemeSpec& scheme : category.validationSchemes) {
+            std::vector<AttrValue> attributes{{kAttrName, scheme.name}};
+            for (const auto& [name, value] : scheme.options) attributes.emplace_back(name, value);
+            b.open(kTagScheme, attributes);
+            for (const auto& [name, values] : scheme.attributes)
+                b.leaf(kTagAttribute, {{kAttrName, name}, {kAttrValues, values}});
+            b.close();
+        }
         b.close().close();
     }
     b.close();
