@@ -142,22 +142,22 @@ std::string junit(const std::vector<Finding>& findings, const std::vector<std::s
 
 const char* ruleName(int rule) { return rule >= 1 && rule <= 4 ? kRuleNames[rule - 1] : "Unknown rule"; }
 
-std::string formatFindings(FindingFormat format, const std::vector<Finding>& findings,
-                           const std::vector<std::string>& files) {
+void writeFindings(std::ostream& out, FindingFormat format, const std::vector<Finding>& findings,
+                   const std::vector<std::string>& files) {
     switch (format) {
-    case FindingFormat::Text: {
-        std::string out;
-        for (const Finding& f : findings) out += textLine(f);
-        return out;
-    }
+    case FindingFormat::Text:
+        for (const Finding& f : findings) out << textLine(f);
+        return;
     case FindingFormat::Json:
-        return json(findings);
+        out << json(findings);
+        return;
     case FindingFormat::Sarif:
-        return sarif(findings);
+        out << sarif(findings);
+        return;
     case FindingFormat::Junit:
-        return junit(findings, files);
+        out << junit(findings, files);
+        return;
     }
-    return {};
 }
 
 }  // namespace voka::cli

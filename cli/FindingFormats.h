@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -21,9 +22,9 @@ enum class FindingFormat { Text, Json, Sarif, Junit };
 // The rule's name as the report heads it: "Invalid syntax" ...
 const char* ruleName(int rule);
 
-// The whole output for `findings`; `files` are every file validated (JUnit
-// gives each a test case, clean or not).
-std::string formatFindings(FindingFormat format, const std::vector<Finding>& findings,
-                           const std::vector<std::string>& files);
+// Writes the whole output for `findings`; `files` are every file validated
+// (JUnit gives each a test case, clean or not).
+void writeFindings(std::ostream& out, FindingFormat format, const std::vector<Finding>& findings,
+                   const std::vector<std::string>& files);
 
 }  // namespace voka::cli

@@ -9,6 +9,7 @@
 #include "host/headless/persist/Persist.h"
 
 #include <filesystem>
+#include <functional>
 #include <iostream>
 #include <map>
 
@@ -52,14 +53,14 @@ std::string shownPath(const std::string& systemPath) {
     return systemPath;
 }
 
-Located locate(Session& session, const ValidationFinding& found) {
+Located locate(Session& session, ValidationFinding& found) {
     Located located;
     located.doc = found.doc;
     Finding& f = located.finding;
     f.rule = found.rule;
-    f.attribute = found.attribute;
-    f.value = found.value;
-    f.message = found.message;
+    f.attribute = std::move(found.attribute);
+    f.value = std::move(found.value);
+    f.message = std::move(found.message);
     f.file = shownPath(headless::toSystemPath(session.host().path(found.doc)));
     const headless::Document* model = session.host().document(found.doc);
     const headless::Index i = headless::handleIndex(found.element, kElementObject);
@@ -93,9 +94,10 @@ std::string noteOf(const Finding& f) {
     return note;
 }
 
-// The report page: every finding with a link to its element in the document's picture.
-std::string reportPage(const OutputPlan& plan, const std::vector<Located>& findings, const std::string& scheme,
-                       const std::map<Handle, std::string>& pages) {
+// The report page: every finding with a link to its element in the document's picture,
+// handed to `sink` a piece at a time.
+bool reportPage(const OutputPlan& plan, const std::vector<Located>& findings, const std::string& scheme,
+                const std::map<Handle, std::string>& pages, const std::function<bool(std::string_view)>& sink) {
     std::string html;
     appendPageHead(html, "Validation report");
     html += "<style>body{font-family:sans-serif;margin:2em}table{border-collapse:collapse}"
@@ -107,6 +109,10 @@ std::string reportPage(const OutputPlan& plan, const std::vector<Located>& findi
         html += "<table>\n<tr><th>File</th><th>Line</th><th>Rule</th><th>Element</th><th>Attribute</th><th>Value</th>"
                 "<th>Message</th></tr>\n";
         for (const Located& l : findings) {
+            if (html.size() > (1 << 20)) {
+                if (!sink(html)) return false;
+                html.clear();
+            }
             const Finding& f = l.finding;
             html += "<tr><td>";
             const auto page = pages.find(l.doc);
@@ -141,7 +147,7 @@ std::string reportPage(const OutputPlan& plan, const std::vector<Located>& findi
         html += "</a></li>\n";
     }
     html += "</ul>\n</body></html>\n";
-    return html;
+    return sink(html);
 }
 
 // The report the plug-in left open (it closes a clean one), saved in full form and closed.
@@ -214,7 +220,8 @@ int validateFiles(Session& session, const ValidateRequest& request) {
             std::cerr << "voka: validating " << target.file << " did not complete (the messages above say why)\n";
             return session.unopenedChapters() ? kExitBadInput : kExitFailed;
         }
-        for (const ValidationFinding& found : state.validationFindings) findings.push_back(locate(session, found));
+        for (ValidationFinding& found : state.validationFindings) findings.push_back(locate(session, found));
+        state.validationFindings.clear();
         if (int code = keepReport(session, plan, plan.reports[t]); code != kExitOk) return code;
         for (Handle doc : book ? session.bookDocuments(target.object) : std::vector<Handle>{target.object})
             files.push_back(shownPath(headless::toSystemPath(session.host().path(doc))));
@@ -243,16 +250,18 @@ int validateFiles(Session& session, const ValidateRequest& request) {
         pages[outputs.doc] = outputs.page;
     }
     std::string problem;
-    const std::string page = reportPage(plan, findings, state.active.validationScheme, pages);
-    if (!writeAtomically(plan.index, [&](const auto& sink) { return sink(page); }, problem)) {
+    auto report = [&](const auto& sink) { return reportPage(plan, findings, state.active.validationScheme, pages, sink); };
+    if (!writeAtomically(plan.index, report, problem)) {
         std::cerr << "voka: " << problem << "\n";
         return kExitFailed;
     }
     std::cerr << "voka: report written to " << plan.index << "\n";
 
     std::vector<Finding> printed;
-    for (const Located& l : findings) printed.push_back(l.finding);
-    std::cout << formatFindings(request.format, printed, files);
+    printed.reserve(findings.size());
+    for (Located& l : findings) printed.push_back(std::move(l.finding));
+    findings.clear();
+    writeFindings(std::cout, request.format, printed, files);
     if (session.unopenedChapters()) return kExitBadInput;
     return printed.empty() ? kExitOk : kExitFailed;
 }

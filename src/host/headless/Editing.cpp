@@ -151,8 +151,16 @@ void insertTextBefore(Document& doc, std::uint16_t flow, std::uint32_t offset, I
     f.formats.assign(offset, offset + length, CharFormat{});
     f.conditions.shift(offset, length);
     f.conditions.assign(offset, offset + length, 0);
-    for (Marker& m : doc.markers)
-        if (m.alive && m.flow == flow && m.offset >= firstMovedMarker) m.offset += length;
+    if (doc.markersInOrder) {
+        // Those at or after the point move on, dead ones too, so the order holds.
+        auto first = std::partition_point(doc.markers.begin(), doc.markers.end(), [&](const Marker& m) {
+            return m.flow != flow ? m.flow < flow : m.offset < firstMovedMarker;
+        });
+        for (; first != doc.markers.end() && first->flow == flow; ++first) first->offset += length;
+    } else {
+        for (Marker& m : doc.markers)
+            if (m.alive && m.flow == flow && m.offset >= firstMovedMarker) m.offset += length;
+    }
     for (XRef& x : doc.xrefs)
         if (x.alive && x.flow == flow && x.offset >= firstMovedMarker) x.offset += length;
 }

@@ -17,7 +17,7 @@ Handle HeadlessHost::newMarker(Handle doc, const TextLocation& at) {
     marker.flow = position.flow;
     marker.offset = position.offset;
     marker.type = d->markerTypes.empty() ? std::string() : d->markerTypes.front();
-    d->markers.push_back(std::move(marker));
+    d->addMarker(std::move(marker));
     touch(*d);
     return indexHandle(kMarkerObject, static_cast<Index>(d->markers.size() - 1));
 }

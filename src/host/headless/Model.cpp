@@ -182,7 +182,21 @@ void Document::ensureStandardCatalogue() {
     if (conditionSets.empty()) conditionSets.emplace_back();
 }
 
+namespace {
+
+bool markerBefore(const Marker& a, const Marker& b) {
+    return a.flow != b.flow ? a.flow < b.flow : a.offset < b.offset;
+}
+
+}  // namespace
+
+void Document::addMarker(Marker marker) {
+    if (!markers.empty() && markerBefore(marker, markers.back())) markersInOrder = false;
+    markers.push_back(std::move(marker));
+}
+
 void Document::rebuildIndexes() {
+    markersInOrder = std::is_sorted(markers.begin(), markers.end(), markerBefore);
     definitionByTag.clear();
     for (std::size_t i = 0; i < definitions.size(); ++i) {
         ElementDefinition& def = definitions[i];

@@ -175,6 +175,10 @@ struct Document {
     std::vector<ConditionSet> conditionSets;  // interned; 0 is the empty set
     std::vector<std::string> markerTypes;
     std::vector<Marker> markers;
+    // The markers stand in (flow, offset) order, as loaders and appending
+    // writers leave them: text added then shifts only those after it, found
+    // by a binary search. Cleared by a marker added out of order.
+    bool markersInOrder = true;
     std::vector<XRef> xrefs;
     std::map<Index, ConditionSet> rowConditions;  // table row element -> conditions
     std::map<std::pair<Index, int>, int> intProperties;  // pass-through properties by (object, number)
@@ -200,6 +204,8 @@ struct Document {
     // Rebuilds the lookup tables (definitionByTag, attribute indexes, the
     // condition-set index) from the vectors, after a loader filled them.
     void rebuildIndexes();
+    // Adds a marker, noting when it breaks the markers' order.
+    void addMarker(Marker marker);
     bool hasPendingCuts() const;
     void applyCuts();  // see Flow::pendingCuts
 };

@@ -105,7 +105,7 @@ TreeBuilder& TreeBuilder::marker(const std::string& type, const std::string& tex
     m.offset = static_cast<std::uint32_t>(currentFlow().text.size());
     m.type = type;
     m.text = text;
-    doc_->markers.push_back(std::move(m));
+    doc_->addMarker(std::move(m));
     if (doc_->markerTypeByName(type) == kNil) doc_->markerTypes.push_back(type);
     return *this;
 }
