@@ -36,10 +36,14 @@ TEST(Editing, AddedTextGoesIntoOneElement) {
         {"end of the chapter, after its last child", ChapterEnd, "Intro", "Hello", "IntroHelloWorld--"},
         {"start of the flow", FlowStart, "Intro", "Hello", "--IntroHelloWorld"},
     };
+    // Markers in text order are shifted from a search; one added before the
+    // last breaks the order and every marker is looked at.
+    for (const bool outOfOrder : {false, true})
     for (const Case& k : cases) {
-        SCOPED_TRACE(k.name);
+        SCOPED_TRACE(std::string(k.name) + (outOfOrder ? ", markers out of order" : ""));
         HostFixture f;
         Red c(f);
+        if (outOfOrder) ASSERT_NE(f.host.newMarker(c.doc, TextLocation{c.title, 0}), kNoObject);
         // Where the text is added, and where the added text then begins.
         const Handle flow = f.host.mainFlow(c.doc);
         const std::map<Where, std::pair<TextLocation, TextLocation>> spots = {
