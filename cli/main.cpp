@@ -1,4 +1,5 @@
 // voka: the VOKA plug-in on the headless host, from the command line.
+#include "cli/CallCommands.h"
 #include "cli/Commands.h"
 #include "cli/DitavalImport.h"
 #include "cli/FilterCommands.h"
@@ -122,6 +123,22 @@ int main(int argc, char** argv) {
         ->check(CLI::IsMember({"text", "json", "sarif", "junit"}))
         ->capture_default_str();
 
+    voka::cli::CallRequest callRequest;
+    auto* call = app.add_subcommand(
+        "call", "Send text commands to the plug-in as another client of the host would, and print each result code");
+    call->add_option("MESSAGE", callRequest.messages,
+                     "Messages, e.g. 'SetScheme---C---Software---By audience'; - reads them from standard input, "
+                     "one a line (# starts a comment)")
+        ->required();
+    call->add_option("--open", callRequest.open, "Document or book to open first (repeatable)");
+    call->add_option("--delimiter", callRequest.delimiter, "Delimiter of the messages (default: the preference, ---)");
+    call->add_option("--out", callRequest.outDir,
+                     "Write the documents the commands changed here, as voka color does (default: write nothing)");
+
+    std::string idsFile;
+    auto* ids = app.add_subcommand("ids", "Print the ids of a document's elements (tag, line:column, place) for voka call");
+    ids->add_option("FILE", idsFile, "Document or book")->required();
+
     std::vector<std::string> infoFiles;
     auto* info = app.add_subcommand("info", "Show what the host holds for documents and books");
     info->add_option("FILE", infoFiles, "Documents or books")->required();
@@ -176,6 +193,8 @@ int main(int argc, char** argv) {
                                                              : FindingFormat::Text;
         code = voka::cli::validateFiles(session, validateRequest);
     }
+    else if (call->parsed()) code = voka::cli::callPlugin(session, callRequest);
+    else if (ids->parsed()) code = voka::cli::showIds(session, idsFile);
     else if (info->parsed()) code = voka::cli::showInfo(session, infoFiles);
     else if (importDitaval->parsed()) code = voka::cli::importDitaval(session, ditavalRequest);
     finish(code);
