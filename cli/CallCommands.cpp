@@ -34,16 +34,7 @@ int writeChanged(Session& session, const CallRequest& request) {
         std::cerr << "voka: " << plan.problem << " (choose another --out)\n";
         return kExitUsage;
     }
-    for (const DocumentOutputs& outputs : plan.documents) {
-        const std::string title = fs::path(outputs.input).filename().string();
-        auto rendering = [&](const headless::Document&) {
-            Rendering plain;
-            plain.title = title;
-            return plain;
-        };
-        if (int code = writeFullFormAndPage(session, outputs, plan.folder, rendering); code != kExitOk) return code;
-    }
-    return writeIndexPage(plan, "voka call");
+    return writePlainPictures(session, plan, "voka call");
 }
 
 void printIds(Session& session, Handle doc) {

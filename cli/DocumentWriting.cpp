@@ -99,19 +99,43 @@ int writeIndexPage(const OutputPlan& plan, const std::string& title) {
     appendPageHead(html, title);
     html += "</head><body>\n<h1>";
     appendHtmlEscaped(html, title);
-    html += "</h1>\n<ul>\n";
+    html += "</h1>\n";
+    appendPictureLinks(html, plan);
+    html += "</body></html>\n";
+    std::string problem;
+    if (cancelRequested()) return kExitCancelled;
+    if (!writeAtomically(plan.index, [&](const auto& sink) { return sink(html); }, problem)) return failed(problem);
+    std::cout << plan.index << "\n";
+    return kExitOk;
+}
+
+void appendPictureLinks(std::string& html, const OutputPlan& plan) {
+    html += "<ul>\n";
     for (const DocumentOutputs& outputs : plan.documents) {
         const std::string relative = fs::path(outputs.page).lexically_relative(plan.folder).generic_string();
         html += "<li><a href=\"" + urlEncodedPath(relative) + "\">";
         appendHtmlEscaped(html, relative);
         html += "</a></li>\n";
     }
-    html += "</ul>\n</body></html>\n";
-    std::string problem;
-    if (cancelRequested()) return kExitCancelled;
-    if (!writeAtomically(plan.index, [&](const auto& sink) { return sink(html); }, problem)) return failed(problem);
-    std::cout << plan.index << "\n";
-    return kExitOk;
+    html += "</ul>\n";
+}
+
+RenderingOf plainPicture(const DocumentOutputs& outputs) {
+    const std::string title = fs::path(outputs.input).filename().string();
+    return [title](const headless::Document&) {
+        Rendering plain;
+        plain.title = title;
+        return plain;
+    };
+}
+
+int writePlainPictures(Session& session, const OutputPlan& plan, const std::string& indexTitle) {
+    for (const DocumentOutputs& outputs : plan.documents) {
+        if (cancelRequested()) return kExitCancelled;
+        if (int code = writeFullFormAndPage(session, outputs, plan.folder, plainPicture(outputs)); code != kExitOk)
+            return code;
+    }
+    return writeIndexPage(plan, indexTitle);
 }
 
 int writeContentDocument(Session& session, Handle doc, const std::string& outputFolder, const std::string& path) {

@@ -27,6 +27,12 @@ int writeFullFormAndPage(Session& session, const DocumentOutputs& outputs, const
 
 // The index page linking every document's picture. An exit code.
 int writeIndexPage(const OutputPlan& plan, const std::string& title);
+// The list of links to every document's picture, as the index page has it.
+void appendPictureLinks(std::string& html, const OutputPlan& plan);
+// A picture without a legend, titled with the input's file name.
+RenderingOf plainPicture(const DocumentOutputs& outputs);
+// Each document's full form and plain picture, then the index page. An exit code.
+int writePlainPictures(Session& session, const OutputPlan& plan, const std::string& indexTitle);
 
 // Saves the document in the vocabulary it was read in, ending with
 // kContentOutputMark, at `path`; prints the path. An exit code.

@@ -210,17 +210,7 @@ int restoreFiles(Session& session, const std::string& file, const std::string& o
         std::cerr << "voka: restoring " << file << " did not complete\n";
         return unopened ? unopened : cancelRequested() ? kExitCancelled : kExitFailed;
     }
-    for (const DocumentOutputs& outputs : plan.documents) {
-        if (cancelRequested()) return kExitCancelled;
-        const std::string title = fs::path(outputs.input).filename().string();
-        auto rendering = [&](const headless::Document&) {
-            Rendering plain;
-            plain.title = title;
-            return plain;
-        };
-        if (int code = writeFullFormAndPage(session, outputs, plan.folder, rendering); code != kExitOk) return code;
-    }
-    if (int code = writeIndexPage(plan, fs::path(file).filename().string()); code != kExitOk) return code;
+    if (int code = writePlainPictures(session, plan, fs::path(file).filename().string()); code != kExitOk) return code;
     return unopened;
 }
 

@@ -139,14 +139,9 @@ bool reportPage(const OutputPlan& plan, const std::vector<Located>& findings, co
         }
         html += "</table>\n";
     }
-    html += "<h2>Files</h2>\n<ul>\n";
-    for (const DocumentOutputs& outputs : plan.documents) {
-        const std::string relative = fs::path(outputs.page).lexically_relative(plan.folder).generic_string();
-        html += "<li><a href=\"" + urlEncodedPath(relative) + "\">";
-        appendHtmlEscaped(html, relative);
-        html += "</a></li>\n";
-    }
-    html += "</ul>\n</body></html>\n";
+    html += "<h2>Files</h2>\n";
+    appendPictureLinks(html, plan);
+    html += "</body></html>\n";
     return sink(html);
 }
 

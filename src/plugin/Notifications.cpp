@@ -1,5 +1,6 @@
 #include "plugin/Notifications.h"
 
+#include "extcall/TextCommands.h"
 #include "frame/Selection.h"
 #include "frame/Strings.h"
 #include "settings/MainSettings.h"
@@ -47,9 +48,7 @@ void handleNotification(Host& host, PluginState& state, int code, Handle documen
                         int number) {
     const Handle doc = document != kNoObject ? document : host.activeDocument();
     if (code == kNoteClientCall) {
-        // The text command dispatcher answers here once it exists; until then
-        // every command word is unknown.
-        host.returnValue(kUnknownCommandWord);
+        host.returnValue(runTextCommand(host, state, text));
         return;
     }
     if (code == kNotePreQuitSession) {

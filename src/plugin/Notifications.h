@@ -10,9 +10,6 @@
 
 namespace voka {
 
-// The answer given to a calling client while no text command is known.
-inline constexpr int kUnknownCommandWord = 101;
-
 // The element automatic validation checks for a notification, or 0 when the
 // notification triggers none (auto-validation off, an ID attribute, a code
 // that is not an element change).
