@@ -368,7 +368,7 @@ bool renderHtml(const Document& doc, const Rendering& rendering, const PageSink&
            ".legend{border-collapse:collapse;margin-bottom:2em}\n"
            ".legend td,.legend th{border:1px solid #ccc;padding:.2em .6em;text-align:left}\n"
            ".swatch{display:inline-block;width:1em;height:1em;border:1px solid #444;vertical-align:middle}\n"
-           ".finding>.note{font-size:80%;color:#a00;margin-right:.4em}\n"
+           ".finding .note{font-size:80%;color:#a00;margin-right:.4em}\n"
            ".finding:target{outline:3px solid #c00;background:#fff3f3}\n"
            "</style></head><body>\n<h1>";
     appendEscaped(out, rendering.title);
