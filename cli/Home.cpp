@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 std::string defaultHome() {
     if (const char* xdg = std::getenv("XDG_CONFIG_HOME"); xdg && *xdg) return (fs::path(xdg) / "voka").string();
     if (const char* home = std::getenv("HOME"); home && *home) return (fs::path(home) / ".config" / "voka").string();
-    return (fs::current_path() / ".voka").string();
+    return "";  // nowhere to keep settings: the caller asks for --home rather than writing into the working folder
 }
 
 std::string resourceDirectory() {

@@ -6,7 +6,7 @@
 
 namespace voka::cli {
 
-// --home when given, else $XDG_CONFIG_HOME/voka, else ~/.config/voka.
+// $XDG_CONFIG_HOME/voka, else ~/.config/voka; "" when neither variable is set.
 std::string defaultHome();
 
 // Where the shipped files are: the source tree's resources folder, or

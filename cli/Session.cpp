@@ -26,6 +26,10 @@ Session::Session(const SessionOptions& options) : options_(options) {}
 bool Session::start() {
     bool defaultHomeUsed = options_.home.empty();
     home_ = defaultHomeUsed ? defaultHome() : options_.home;
+    if (home_.empty()) {
+        std::cerr << "voka: neither XDG_CONFIG_HOME nor HOME is set, so there is no per-user folder: name one with --home DIR\n";
+        return false;
+    }
     home_ = std::filesystem::absolute(home_).lexically_normal().string();
     if (std::string problem = prepareHome(home_, defaultHomeUsed); !problem.empty())
         std::cerr << "voka: " << problem << "\n";

@@ -28,6 +28,10 @@ DialogScript schemeChoice(const std::string& category, const std::string& scheme
     return script;
 }
 
+#ifndef VOKA_VERSION
+#define VOKA_VERSION "unknown"
+#endif
+
 // Every output is written and closed by now: the process ends without
 // freeing a model of a million elements piece by piece. Sanitizer builds
 // tear down as usual, so that a leak still shows.
@@ -51,13 +55,17 @@ int main(int argc, char** argv) {
                "could not be opened or read (a book's chapter too), 5 cancelled (a question answered No, Ctrl-C, "
                "SIGTERM). Outputs go under --out at each input's path relative to the book's folder; voka never "
                "writes over an input, a file it did not write, or through a symbolic link.");
+    app.name("voka");
     app.require_subcommand(1);
+    app.set_version_flag("--version", std::string("voka ") + VOKA_VERSION);
+    // Global options may come after the subcommand too, as people type them.
+    app.fallthrough();
     voka::cli::SessionOptions options;
     app.add_option("--home", options.home,
-                   "Per-user folder (the host session directory); default ~/.config/voka, created and "
-                   "set up on first use. A folder given here must exist.");
-    app.add_flag("--yes", options.yes, "Answer Yes to the plug-in's questions (default: No)");
-    app.add_flag("--quiet", options.quiet, "No progress lines on standard error");
+                   "Per-user folder (the host session directory); default $XDG_CONFIG_HOME/voka or "
+                   "~/.config/voka, created and set up on first use. A folder given here must exist.");
+    app.add_flag("-y,--yes", options.yes, "Answer Yes to the plug-in's questions (default: No)");
+    app.add_flag("-q,--quiet", options.quiet, "No progress lines on standard error");
 
     auto* menus = app.add_subcommand("menus", "List the plug-in's menus and commands, per host menu");
 
@@ -76,7 +84,7 @@ int main(int argc, char** argv) {
     color->add_option("FILE", colorRequest.file, "XML document or book file (default: the bundled example book)");
     color->add_option("--category", colorRequest.category, "Scheme category (default: the active one)");
     color->add_option("--scheme", colorRequest.scheme, "Coloring scheme (default: the active one)");
-    color->add_option("--out", colorRequest.outDir, "Output folder (each input at its path relative to the book's folder)")->capture_default_str();
+    color->add_option("-o,--out", colorRequest.outDir, "Output folder (each input at its path relative to the book's folder)")->capture_default_str();
 
     voka::cli::ColorRequest uncolorRequest;
     uncolorRequest.uncolor = true;
@@ -86,7 +94,7 @@ int main(int argc, char** argv) {
     uncolor->add_option("--category", uncolorRequest.category,
                         "Scheme category to make active first (uncolouring needs an active coloring scheme)");
     uncolor->add_option("--scheme", uncolorRequest.scheme, "Coloring scheme to make active first");
-    uncolor->add_option("--out", uncolorRequest.outDir, "Output folder")->capture_default_str();
+    uncolor->add_option("-o,--out", uncolorRequest.outDir, "Output folder")->capture_default_str();
 
     voka::cli::FilterRequest filterRequest;
     auto* filter = app.add_subcommand(
@@ -99,7 +107,7 @@ int main(int argc, char** argv) {
     filter->add_option("--type", filterRequest.type, "source or duplicate (default: the preference)")
         ->check(CLI::IsMember({"source", "duplicate"}));
     filter->add_flag("--remove-coloring", filterRequest.removeColoring, "Remove the colouring as well");
-    filter->add_option("--out", filterRequest.outDir,
+    filter->add_option("-o,--out", filterRequest.outDir,
                        "Output folder (a duplicate book's files side by side in it; source outputs at each input's "
                        "path relative to the book's folder)")
         ->capture_default_str();
@@ -108,7 +116,7 @@ int main(int argc, char** argv) {
     auto* restore = app.add_subcommand("restore", "Show everything a source filter hid in a document or a book again "
                                                   "and write the result");
     restore->add_option("FILE", restoreFile, "Document or book that a source filter hid content in")->required();
-    restore->add_option("--out", restoreOut, "Output folder")->capture_default_str();
+    restore->add_option("-o,--out", restoreOut, "Output folder")->capture_default_str();
 
     voka::cli::ValidateRequest validateRequest;
     std::string validateFormat = "text";
@@ -118,7 +126,7 @@ int main(int argc, char** argv) {
     validate->add_option("FILE", validateRequest.files, "XML documents or book files (default: the bundled example book)");
     validate->add_option("--category", validateRequest.category, "Scheme category (default: the active one)");
     validate->add_option("--scheme", validateRequest.scheme, "Validation scheme (default: the active one)");
-    validate->add_option("--out", validateRequest.outDir, "Output folder for the report")->capture_default_str();
+    validate->add_option("-o,--out", validateRequest.outDir, "Output folder for the report")->capture_default_str();
     validate->add_option("--format", validateFormat, "How findings are printed: text, json, sarif or junit")
         ->check(CLI::IsMember({"text", "json", "sarif", "junit"}))
         ->capture_default_str();
@@ -132,7 +140,7 @@ int main(int argc, char** argv) {
         ->required();
     call->add_option("--open", callRequest.open, "Document or book to open first (repeatable)");
     call->add_option("--delimiter", callRequest.delimiter, "Delimiter of the messages (default: the preference, ---)");
-    call->add_option("--out", callRequest.outDir,
+    call->add_option("-o,--out", callRequest.outDir,
                      "Write the documents the commands changed here, as voka color does (default: write nothing)");
 
     std::string idsFile;
@@ -152,6 +160,11 @@ int main(int argc, char** argv) {
     importDitaval->add_option("--scheme", ditavalRequest.scheme,
                               "Name of the new filter scheme (default: the file's name without its extension)");
 
+    // A bare voka says how it is used.
+    if (argc <= 1) {
+        std::cout << app.help();
+        return ExitCode::kExitUsage;
+    }
     // CLI11 tells a bad command line by exceptions and codes of its own; voka's is 2.
     try {
         app.parse(argc, argv);
@@ -197,6 +210,7 @@ int main(int argc, char** argv) {
     else if (ids->parsed()) code = voka::cli::showIds(session, idsFile);
     else if (info->parsed()) code = voka::cli::showInfo(session, infoFiles);
     else if (importDitaval->parsed()) code = voka::cli::importDitaval(session, ditavalRequest);
+    if (code != ExitCode::kExitNoStart) session.agent().printRepeatedWarnings();
     finish(code);
     return code;
 }

@@ -124,6 +124,46 @@ TEST_F(DependableRuns, EveryExitCodeAsReadmeSaysAndNothingLeaksOrIsLost) {
     }
 }
 
+// What people type: a bare voka, --version, options after the subcommand and
+// their short forms, no per-user folder to be had, a warning for many files.
+TEST_F(DependableRuns, CommandLineHabits) {
+    fs::create_directories(in);
+    std::string book = "<voka-book version=\"1\">";
+    for (const char* name : {"a.xml", "b.xml", "c.xml"}) {
+        writeFile(in + "/" + name, "<?xml version=\"1.0\"?>\n<!DOCTYPE chapter SYSTEM \"gone.dtd\">\n<chapter><p>x</p></chapter>\n");
+        book += std::string("<component path=\"") + name + "\"/>";
+    }
+    writeFile(in + "/b.book", book + "</voka-book>");
+    struct Case {
+        const char* name;
+        std::vector<std::string> argv;
+        int exit;
+        std::string out, err;  // each a part of what is printed
+    } cases[] = {
+        {"a bare voka", {VOKA_EXE}, 2, "Usage: voka [OPTIONS] SUBCOMMAND", ""},
+        {"the version", {VOKA_EXE, "--version"}, 0, "voka 1.", ""},
+        {"options after the subcommand, short", {VOKA_EXE, "color", in + "/a.xml", "-o", out, "-q", "--home", home}, 0,
+         out + "/a.html", ""},
+        {"no folder for the settings", {"/usr/bin/env", "-u", "HOME", "-u", "XDG_CONFIG_HOME", VOKA_EXE, "menus"}, 3, "",
+         "name one with --home DIR"},
+        {"one warning for three files", {VOKA_EXE, "--home", home, "-q", "info", in + "/b.book"}, 0, "",
+         "the same for 2 more files: the DTD \"gone.dtd\" could not be read"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        RunOptions options;
+        options.workingDirectory = in;
+        const ProcessResult run = runProcess(c.argv, options);
+        EXPECT_EQ(c.exit, run.exitCode) << run.err;
+        EXPECT_NE(std::string::npos, run.out.find(c.out)) << run.out;
+        EXPECT_NE(std::string::npos, run.err.find(c.err)) << run.err;
+        std::size_t said = 0;
+        for (std::size_t at = run.err.find("gone.dtd"); at != std::string::npos; at = run.err.find("gone.dtd", at + 1)) ++said;
+        EXPECT_LE(said, 2u) << "a warning is printed once, then counted";
+    }
+    EXPECT_FALSE(fs::exists(in + "/.voka")) << "voka writes no settings into the working folder";
+}
+
 TEST_F(DependableRuns, ChaptersOfTheSameNameEachKeepTheirPage) {
     fs::create_directories(in + "/a");
     fs::create_directories(in + "/b");

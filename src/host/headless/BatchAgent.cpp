@@ -184,8 +184,27 @@ void BatchAgent::modelessDialogChanged(const DialogView& view) {
 }
 
 void BatchAgent::hostMessage(Said kind, const std::string& text) {
-    if (kind == Said::Error) ++errors_;
-    print(std::string(kind == Said::Error ? "voka: error: " : "voka: warning: ") + text);
+    if (kind == Said::Error) {
+        ++errors_;
+        print("voka: error: " + text);
+        return;
+    }
+    // "FILE: what" is the same warning for another file when `what` repeats.
+    const std::size_t colon = text.find(": ");
+    const std::string what = colon != std::string::npos && text.find('/') < colon ? text.substr(colon + 2) : text;
+    auto [seen, added] = warningRepeats_.try_emplace(what, 0);
+    if (!added) {
+        ++seen->second;
+        return;
+    }
+    print("voka: warning: " + text);
+}
+
+void BatchAgent::printRepeatedWarnings() {
+    for (const auto& [what, repeats] : warningRepeats_)
+        if (repeats > 0)
+            print("voka: warning: the same for " + std::to_string(repeats) + " more file" + (repeats == 1 ? "" : "s") +
+                  ": " + what);
 }
 
 }  // namespace voka::headless

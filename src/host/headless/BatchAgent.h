@@ -59,6 +59,9 @@ public:
     void hostMessage(Said kind, const std::string& text) override;
 
     int errorsReported() const { return errors_; }
+    // A warning said again for another file is counted, not printed: this
+    // prints, once, how many times each was left out.
+    void printRepeatedWarnings();
     // Answers given once the driver knows what it opened.
     void addDialogScript(DialogScript script);
     void answerFileChooser(const std::string& title, const std::string& systemPath);
@@ -74,6 +77,7 @@ private:
     std::string lastProgressLine_;
     std::string lastProgressStep_;
     int errors_ = 0;
+    std::map<std::string, int> warningRepeats_;  // by the warning without its file name
     bool confirmCancel_ = false;  // the next question confirms a cancel the user asked for
 };
 

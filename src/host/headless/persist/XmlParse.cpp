@@ -333,7 +333,8 @@ struct ParseCallbacks {
         std::string dtd = systemId ? str(systemId) : str(publicId);
         addMessage(c.issues_.warnings, c.path_ + ": the DTD \"" + dtd + "\" could not be read" +
                                            (reason.empty() ? "" : " (" + reason + ")") +
-                                           "; the attribute defaults it declares are unavailable");
+                                           "; the attribute defaults it declares are unavailable (an XML catalog "
+                                           "can name it: XML_CATALOG_FILES or /etc/xml/catalog)");
     }
 
     static void record(ParseContext& c, const xmlError* e) {
