@@ -4,8 +4,8 @@
 generator's attributes (audience, platform, product): "Ten rules" compares
 whole values, "Ten rules split" splits values at blanks. Half the rules need
 both conditions (MatchAll 1). "DocBook rules" is the same rules under the
-DocBook flavour's names (audience, os, condition); its ';' lists are compared
-whole, as voka splits only at blanks. The filter scheme "Reference profile"
+DocBook flavour's names (audience, os, condition); DocBook's ';' lists are
+several values, as in DocBook XSL's profiling. The filter scheme "Reference profile"
 keeps what the generator's reference DITAVAL keeps (it excludes novice,
 windows and basic) on the DITA flavour, as the floor's dita filter does.
 The validation scheme "Audience values" takes audience values whole, so that

@@ -111,6 +111,38 @@ TEST(ContentForm, TextIsReadAndUnchangedFilesAreWrittenBack) {
     }
 }
 
+// DocBook's profiling attributes list values with ';': read as several
+// values (what a rule matches one by one), written back as they stood.
+TEST(ContentForm, DocBookProfilingValuesAreSeveralValues) {
+    const std::string db5 = "<?xml version=\"1.0\"?>\n<article xmlns=\"http://docbook.org/ns/docbook\" version=\"5.0\">";
+    const std::string db4 = "<?xml version=\"1.0\"?>\n<!DOCTYPE article PUBLIC \"-//OASIS//DTD DocBook XML V4.5//EN\" "
+                            "\"none.dtd\">\n<article>";
+    struct Case {
+        std::string input;
+        std::vector<std::string> values;  // of the para's first attribute
+    } cases[] = {
+        {db5 + "<para os=\"linux;mac\">x</para></article>\n", {"linux", "mac"}},
+        {db4 + "<para condition=\"pro;fleet;home\">x</para></article>\n", {"pro", "fleet", "home"}},
+        {db5 + "<para xml:lang=\"en;de\">x</para></article>\n", {"en", "de"}},
+        {db5 + "<para remap=\"a;b\">x</para></article>\n", {"a;b"}},            // not a profiling attribute
+        {"<?xml version=\"1.0\"?>\n<article><para os=\"linux;mac\">x</para></article>\n", {"linux;mac"}},  // not DocBook
+        {db5 + "<para os=\";\">x</para></article>\n", {";"}},                  // separators alone are kept
+    };
+    ScratchFolder folder;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.input);
+        LoadResult loaded = loadFile(folder.write("in.xml", c.input));
+        ASSERT_TRUE(loaded.document) << loaded.error;
+        const Document& doc = *loaded.document;
+        const Index para = elementAt(doc, 0, {0});
+        ASSERT_NE(para, kNil);
+        ASSERT_GE(doc.elements[para].attributesCount, 1u);
+        const std::uint32_t values = doc.attributeSlots[doc.elements[para].attributesBegin].values;
+        EXPECT_EQ(doc.values.get(values), c.values);
+        EXPECT_EQ(savedText(folder, doc), c.input);
+    }
+}
+
 // Everything plain XML cannot carry, then changed attributes and deleted elements.
 TEST(ContentForm, AnEditedDocumentIsWrittenInItsVocabularyAndReadsBackEqual) {
     ScratchFolder folder;

@@ -163,6 +163,10 @@ struct Document {
     // byte offset in the file just past its start tag (0 when unknown), so
     // that a finding can name the line and column where the element starts.
     std::vector<std::uint32_t> sourceTagEnds;
+    // Content form: attributes whose several values the vocabulary separates
+    // with another character than a blank (DocBook's profiling attributes
+    // take ';'); a value read there is several values, written back so joined.
+    std::unordered_map<std::string, char> valueSeparators;
 
     std::vector<ElementDefinition> definitions;
     std::unordered_map<std::string, Index> definitionByTag;

@@ -20,6 +20,19 @@ std::string qualified(const xmlChar* prefix, const xmlChar* name) {
     return std::string(str(prefix)) + ":" + str(name);
 }
 
+// The attributes DocBook's profiling reads, whose values list several
+// values separated by ';'.
+constexpr std::string_view kDocBookProfilingAttributes[] = {
+    "arch", "audience", "condition", "conformance", "lang", "xml:lang", "os", "outputformat", "revision",
+    "revisionflag", "role", "security", "status", "userlevel", "vendor", "wordsize"};
+
+bool isDocBook(const StartTag& root, const std::string& prolog) {
+    for (int i = 0; i < root.namespaceCount; ++i)
+        if (root.namespaces[2 * i] == nullptr && root.namespaceUri(i) == "http://docbook.org/ns/docbook") return true;
+    const std::size_t doctype = prolog.find("<!DOCTYPE");
+    return doctype != std::string::npos && prolog.find("DocBook", doctype) != std::string::npos;
+}
+
 // The declaration's content as a postfix program, built without recursion:
 // a hostile DTD may chain thousands of names in one group.
 ContentModel contentModelOf(xmlElementPtr element) {
@@ -152,6 +165,8 @@ public:
         if (!rootSeen_) {
             rootSeen_ = true;
             keepProlog(context, tag);
+            if (isDocBook(tag, doc_.contentProlog))
+                for (const std::string_view name : kDocBookProfilingAttributes) doc_.valueSeparators.emplace(name, ';');
             readDtd(context);
             reserveFor(context.fileBytes());
         }
@@ -177,7 +192,7 @@ public:
         for (int i = 0; i < tag.attributeCount; ++i) {
             const xmlChar* const* a = tag.attributes + 5 * i;
             const std::uint32_t position = positionOf(definition, a[1], a[0], [&] { return tag.attributeName(i); });
-            doc_.attributeSlots.push_back(AttributeSlot{position, doc_.values.internSingle(tag.attributeValue(i))});
+            doc_.attributeSlots.push_back(AttributeSlot{position, valuesOf(definition, position, tag.attributeValue(i))});
         }
         const auto count = doc_.attributeSlots.size() - slotsBegin;
         if (count > std::numeric_limits<std::uint16_t>::max()) {
@@ -259,6 +274,22 @@ private:
     // Room for what a file of this size usually holds, so that a large one
     // is not copied over and over as the arrays grow; pages not used are
     // never touched.
+    // One value, or for an attribute its vocabulary separates otherwise, the pieces between separators.
+    std::uint32_t valuesOf(Index definition, std::uint32_t position, std::string_view value) {
+        if (doc_.valueSeparators.empty()) return doc_.values.internSingle(value);
+        const auto found = doc_.valueSeparators.find(doc_.definitions[definition].attributes[position].name);
+        if (found == doc_.valueSeparators.end() || value.find(found->second) == std::string_view::npos)
+            return doc_.values.internSingle(value);
+        std::vector<std::string> pieces;
+        for (std::size_t from = 0; from <= value.size();) {
+            const std::size_t to = std::min(value.find(found->second, from), value.size());
+            if (to > from) pieces.emplace_back(value.substr(from, to - from));
+            from = to + 1;
+        }
+        // Separators alone are no list: kept as written.
+        return pieces.empty() ? doc_.values.internSingle(value) : doc_.values.intern(pieces);
+    }
+
     void reserveFor(std::size_t bytes) {
         const std::size_t elements = std::min<std::size_t>(bytes / 32, kMaxReservedElements) + 64;
         doc_.elements.reserve(elements);

@@ -152,7 +152,7 @@ private:
     }
 
     // Only attributes with values are written; a value of several strings
-    // is joined by single blanks.
+    // is joined by single blanks, or by the vocabulary's own separator.
     void writeAttributes(const Element& e) {
         if (e.definition >= doc_.definitions.size()) return;
         const ElementDefinition& def = doc_.definitions[e.definition];
@@ -161,12 +161,17 @@ private:
             if (slot.position >= def.attributes.size() || slot.values >= doc_.values.size()) continue;
             const auto& values = doc_.values.get(slot.values);
             if (values.empty()) continue;
+            const std::string& name = def.attributes[slot.position].name;
+            char separator = ' ';
+            if (!doc_.valueSeparators.empty())
+                if (const auto found = doc_.valueSeparators.find(name); found != doc_.valueSeparators.end())
+                    separator = found->second;
             joined_.clear();
             for (std::size_t v = 0; v < values.size(); ++v) {
-                if (v) joined_ += ' ';
+                if (v) joined_ += separator;
                 joined_ += values[v];
             }
-            out_.attribute(def.attributes[slot.position].name, std::string_view(joined_));
+            out_.attribute(name, std::string_view(joined_));
         }
     }
 
