@@ -156,7 +156,7 @@ private:
         std::vector<Open> open;
         auto enter = [&](Index index, bool inlineLayout) {
             const Element& e = doc_.elements[index];
-            startBox(e, inlineLayout);
+            startBox(index, inlineLayout);
             open.push_back(Open{index, e.firstChild, e.begin, inlineLayout, hasOwnText(e)});
         };
         enter(root, false);
@@ -177,7 +177,8 @@ private:
         }
     }
 
-    void startBox(const Element& e, bool inlineLayout) {
+    void startBox(Index index, bool inlineLayout) {
+        const Element& e = doc_.elements[index];
         if (!notes_.empty()) {
             if (const auto note = notes_.find(e.unique); note != notes_.end()) return startNotedBox(e, inlineLayout, note->second);
         }
@@ -185,8 +186,35 @@ private:
         char digits[16];
         const auto written = std::to_chars(digits, digits + sizeof digits, e.unique);
         out_.append(digits, written.ptr);
+        if (e.attributesCount > 0) attributesTitle(index);
         const BoxEnds& ends = boxEnds(e.definition);
         out_ += inlineLayout ? ends.inlineBox : ends.block;
+    }
+
+    // The element's attributes, shown when the pointer rests on it; and
+    // xml:space="preserve" keeps its line breaks, as the vocabulary asks.
+    void attributesTitle(Index index) {
+        const Element& e = doc_.elements[index];
+        if (e.definition >= doc_.definitions.size()) return;
+        const headless::ElementDefinition& def = doc_.definitions[e.definition];
+        out_ += "\" title=\"";
+        bool preserve = false, first = true;
+        for (std::uint32_t i = 0; i < e.attributesCount; ++i) {
+            const headless::AttributeSlot& slot = doc_.attributeSlots[e.attributesBegin + i];
+            if (slot.position >= def.attributes.size() || slot.values >= doc_.values.size()) continue;
+            const auto& values = doc_.values.get(slot.values);
+            if (values.empty()) continue;
+            if (!first) out_ += "; ";
+            first = false;
+            appendEscaped(out_, def.attributes[slot.position].name);
+            out_ += '=';
+            for (std::size_t v = 0; v < values.size(); ++v) {
+                if (v) out_ += ' ';
+                appendEscaped(out_, values[v]);
+            }
+            preserve = preserve || (def.attributes[slot.position].name == "xml:space" && values.front() == "preserve");
+        }
+        if (preserve) out_ += "\" style=\"white-space:pre-wrap";
     }
 
     void startNotedBox(const Element& e, bool inlineLayout, const std::string& note) {
@@ -197,6 +225,15 @@ private:
         out_ += "<span class=\"note\">";
         appendEscaped(out_, note);
         out_ += "</span>";
+    }
+
+    // Listings and verse of DITA, DocBook and HTML, whose line breaks are content.
+    static bool keepsLineBreaks(std::string_view tag) {
+        const std::size_t colon = tag.find(':');
+        if (colon != std::string_view::npos) tag.remove_prefix(colon + 1);
+        static constexpr std::string_view kTags[] = {"pre", "codeblock", "screen", "msgblock", "lines",
+                                                     "programlisting", "literallayout", "synopsis", "address"};
+        return std::find(std::begin(kTags), std::end(kTags), tag) != std::end(kTags);
     }
 
     // The rest of a box's start tag, the same for every element of a definition.
@@ -211,7 +248,7 @@ private:
         if (ends.inlineBox.empty()) {
             std::string tag;
             if (slot < doc_.definitions.size()) appendEscaped(tag, doc_.definitions[slot].tag);
-            ends.inlineBox = "\" data-tag=\"" + tag + "\">";
+            ends.inlineBox = "\" data-tag=\"" + tag + (keepsLineBreaks(tag) ? "\" data-ws=\"pre\">" : "\">");
             ends.block = ends.inlineBox + "<span class=\"tag\">" + tag + "</span>";
         }
         return ends;
@@ -368,6 +405,7 @@ bool renderHtml(const Document& doc, const Rendering& rendering, const PageSink&
            ".legend{border-collapse:collapse;margin-bottom:2em}\n"
            ".legend td,.legend th{border:1px solid #ccc;padding:.2em .6em;text-align:left}\n"
            ".swatch{display:inline-block;width:1em;height:1em;border:1px solid #444;vertical-align:middle}\n"
+           "[data-ws=pre]{white-space:pre-wrap;font-family:monospace}\n"
            ".finding .note{font-size:80%;color:#a00;margin-right:.4em}\n"
            ".finding:target{outline:3px solid #c00;background:#fff3f3}\n"
            "</style></head><body>\n<h1>";
