@@ -3,6 +3,8 @@
 #include "cli/Commands.h"
 #include "cli/DitavalImport.h"
 #include "cli/FilterCommands.h"
+#include "cli/Home.h"
+#include "cli/SettingsCommands.h"
 #include "cli/ValidateCommand.h"
 #include "cli/Session.h"
 
@@ -147,6 +149,15 @@ int main(int argc, char** argv) {
     auto* ids = app.add_subcommand("ids", "Print the ids of a document's elements (tag, line:column, place) for voka call");
     ids->add_option("FILE", idsFile, "Document or book")->required();
 
+    std::string schemesCategory, settingsFile;
+    auto* schemes = app.add_subcommand("schemes", "List the categories of the main settings (the per-user local copy) "
+                                                  "and in each its coloring, filter and validation schemes");
+    schemes->add_option("--category", schemesCategory, "Only this category");
+    auto* checkSettingsCommand = app.add_subcommand(
+        "check-settings", "Check a main settings file edited by hand: one line FILE:LINE: for each thing the plug-in "
+                          "would misread; exit 1 when there is one (docs/settings.md describes the file)");
+    checkSettingsCommand->add_option("FILE", settingsFile, "Main settings file (default: the per-user local copy)");
+
     std::vector<std::string> infoFiles;
     auto* info = app.add_subcommand("info", "Show what the host holds for documents and books");
     info->add_option("FILE", infoFiles, "Documents or books")->required();
@@ -189,6 +200,14 @@ int main(int argc, char** argv) {
     // whether to show everything again: the command says so.
     if (uncolor->parsed() || restore->parsed()) options.yes = true;
 
+    if (checkSettingsCommand->parsed()) {
+        // Checked without starting the plug-in, which a broken local copy would stop.
+        std::string home = options.home.empty() ? voka::cli::defaultHome() : options.home;
+        const int code = voka::cli::checkSettings(
+            !settingsFile.empty() ? settingsFile : home + "/Brindel/VOKA_MainSettings_LocalCopy.fm");
+        finish(code);
+        return code;
+    }
     voka::cli::Session session(options);
     int code = ExitCode::kExitUsage;
     if (!session.start()) code = ExitCode::kExitNoStart;
@@ -208,6 +227,7 @@ int main(int argc, char** argv) {
     }
     else if (call->parsed()) code = voka::cli::callPlugin(session, callRequest);
     else if (ids->parsed()) code = voka::cli::showIds(session, idsFile);
+    else if (schemes->parsed()) code = voka::cli::listSchemes(session, schemesCategory);
     else if (info->parsed()) code = voka::cli::showInfo(session, infoFiles);
     else if (importDitaval->parsed()) code = voka::cli::importDitaval(session, ditavalRequest);
     if (code != ExitCode::kExitNoStart) session.agent().printRepeatedWarnings();
