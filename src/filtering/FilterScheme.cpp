@@ -9,11 +9,6 @@ namespace voka {
 
 namespace {
 
-int readOption(Host& host, PluginState& state, Handle doc, Handle scheme, const char* name) {
-    std::string word;
-    readString(host, state, doc, scheme, name, word);
-    return optionIsOn(word);
-}
 
 }  // namespace
 
@@ -31,10 +26,7 @@ int LoadFilterScheme(Host& host, PluginState& state, const std::string& category
 
     FilterScheme& loaded = state.filter;
     loaded = FilterScheme{};
-    loaded.options.includeEddDefaults = readOption(host, state, doc, schemeElement, kAttrIncludeEddDefaults);
-    loaded.options.spaceDelimited = readOption(host, state, doc, schemeElement, kAttrSpaceDelimited);
-    loaded.options.ignoreCase = readOption(host, state, doc, schemeElement, kAttrIgnoreCase);
-    loaded.options.processAllFlows = readOption(host, state, doc, schemeElement, kAttrProcessAllFlows);
+    loaded.options = readSchemeOptions(host, state, doc, schemeElement);
     // Every child is a condition, whatever its tag.
     for (Handle child = host.firstChild(doc, schemeElement); child != kNoObject; child = host.nextSibling(doc, child)) {
         FilterRule rule;

@@ -14,13 +14,7 @@ constexpr const char* kReadError =
     "scheme. If you were recently working in the scheme editor, you may have renamed or deleted the active "
     "category or scheme.\n\nIf you feel you have received this message in error, please contact Brindel.";
 
-bool namesNothing(const std::string& name) { return name.empty() || isNoneName(name) || name == kMissingValue; }
 
-int readOption(Host& host, PluginState& state, Handle doc, Handle scheme, const char* name) {
-    std::string word;
-    readString(host, state, doc, scheme, name, word);
-    return optionIsOn(word);
-}
 
 ColorRule readRule(Host& host, PluginState& state, Handle doc, Handle ruleElement) {
     ColorRule rule;
@@ -43,7 +37,7 @@ ColorRule readRule(Host& host, PluginState& state, Handle doc, Handle ruleElemen
 
 int ReadColoringScheme(Host& host, PluginState& state, const std::string& category, const std::string& scheme,
                        int interactive) {
-    if (namesNothing(scheme) || namesNothing(category)) return kSchemeNothingToLoad;
+    if (namesNoScheme(scheme) || namesNoScheme(category)) return kSchemeNothingToLoad;
 
     ColoringScheme& loaded = state.coloring;
     loaded.rules.clear();
@@ -57,10 +51,7 @@ int ReadColoringScheme(Host& host, PluginState& state, const std::string& catego
         return kSchemeNotFound;
     }
 
-    loaded.options.includeEddDefaults = readOption(host, state, doc, schemeElement, kAttrIncludeEddDefaults);
-    loaded.options.spaceDelimited = readOption(host, state, doc, schemeElement, kAttrSpaceDelimited);
-    loaded.options.ignoreCase = readOption(host, state, doc, schemeElement, kAttrIgnoreCase);
-    loaded.options.processAllFlows = readOption(host, state, doc, schemeElement, kAttrProcessAllFlows);
+    loaded.options = readSchemeOptions(host, state, doc, schemeElement);
 
     // Every child is a rule, whatever its tag; an empty scheme stays "not loaded".
     for (Handle child = host.firstChild(doc, schemeElement); child != kNoObject;

@@ -117,4 +117,20 @@ std::string elementTag(Host& host, Handle doc, Handle element) {
     return host.definitionTag(doc, definition);
 }
 
+SchemeOptions readSchemeOptions(Host& host, PluginState& state, Handle doc, Handle scheme) {
+    auto option = [&](const char* name) {
+        std::string word;
+        readString(host, state, doc, scheme, name, word);
+        return optionIsOn(word);
+    };
+    SchemeOptions options;
+    options.includeEddDefaults = option(kAttrIncludeEddDefaults);
+    options.spaceDelimited = option(kAttrSpaceDelimited);
+    options.ignoreCase = option(kAttrIgnoreCase);
+    options.processAllFlows = option(kAttrProcessAllFlows);
+    return options;
+}
+
+bool namesNoScheme(const std::string& name) { return name.empty() || isNoneName(name) || name == kMissingValue; }
+
 }  // namespace voka

@@ -74,6 +74,13 @@ std::string ruleNameWithPosition(unsigned position, const std::string& colorName
 // whatever three characters stood there. Returns the number of rules.
 int renumberRules(Host& host, PluginState& state, Handle doc, Handle scheme);
 
+// The four options of a `Scheme` element, read in the order IncludeEDDDefaults,
+// SpaceDelimitedVals, IgnoreCaseSensitivity, ProcessAllFlows; each on when
+// its value is "true" in any case.
+SchemeOptions readSchemeOptions(Host& host, PluginState& state, Handle doc, Handle scheme);
+// A category or scheme name that names none: empty, "<none>" in any case, or the missing-value mark.
+bool namesNoScheme(const std::string& name);
+
 // The tag of an element's definition, "" when it has none.
 std::string elementTag(Host& host, Handle doc, Handle element);
 

@@ -15,13 +15,7 @@ constexpr const char* kReadError =
     "scheme. If you were recently working in the scheme editor, you may have renamed or deleted the active "
     "category or scheme.\n\nIf you feel you have received this message in error, please contact Brindel.";
 
-bool namesNothing(const std::string& name) { return name.empty() || isNoneName(name) || name == kMissingValue; }
 
-int readOption(Host& host, PluginState& state, Handle doc, Handle scheme, const char* name) {
-    std::string word;
-    readString(host, state, doc, scheme, name, word);
-    return optionIsOn(word);
-}
 
 }  // namespace
 
@@ -29,7 +23,7 @@ int LoadValidationScheme(Host& host, PluginState& state, const std::string& cate
                          int showErrors) {
     const Handle doc = state.mainSettingsDoc;
     if (doc == kNoObject) return kValidationNoSettings;
-    if (namesNothing(category) || namesNothing(scheme)) return kValidationNothingToLoad;
+    if (namesNoScheme(category) || namesNoScheme(scheme)) return kValidationNothingToLoad;
 
     const Handle schemeElement = findScheme(host, state, doc, category, SchemeKind::Validation, scheme);
     if (schemeElement == kNoObject) {
@@ -39,10 +33,7 @@ int LoadValidationScheme(Host& host, PluginState& state, const std::string& cate
     }
 
     ValidationScheme loaded;
-    loaded.options.includeEddDefaults = readOption(host, state, doc, schemeElement, kAttrIncludeEddDefaults);
-    loaded.options.spaceDelimited = readOption(host, state, doc, schemeElement, kAttrSpaceDelimited);
-    loaded.options.ignoreCase = readOption(host, state, doc, schemeElement, kAttrIgnoreCase);
-    loaded.options.processAllFlows = readOption(host, state, doc, schemeElement, kAttrProcessAllFlows);
+    loaded.options = readSchemeOptions(host, state, doc, schemeElement);
     // Every tagged child lists one attribute, whatever its tag.
     for (Handle child = host.firstChild(doc, schemeElement); child != kNoObject; child = host.nextSibling(doc, child)) {
         if (elementTag(host, doc, child).empty()) continue;
@@ -58,7 +49,7 @@ int LoadValidationScheme(Host& host, PluginState& state, const std::string& cate
 int ReadValidationScheme(Host& host, PluginState& state, const std::string& category, const std::string& scheme,
                          int interactive) {
     if (state.mainSettingsDoc != kNoObject) return LoadValidationScheme(host, state, category, scheme, interactive);
-    if (namesNothing(category) || namesNothing(scheme)) return kValidationNothingToLoad;
+    if (namesNoScheme(category) || namesNoScheme(scheme)) return kValidationNothingToLoad;
     if (openLocalCopy(host, state) == kNoObject) return kValidationNoSettings;
     const int result = LoadValidationScheme(host, state, category, scheme, interactive);
     closeHeldMainSettings(host, state);
