@@ -73,9 +73,8 @@ public:
         std::error_code ec;
         if (!path_.empty()) fs::remove_all(path_, ec);
     }
+    // The output folder is there: the caller made it.
     bool make(const std::string& outputFolder, std::string& problem) {
-        std::error_code ec;
-        fs::create_directories(outputFolder, ec);
         std::string pattern = (fs::path(outputFolder) / ".voka-filter-XXXXXX").string();
         if (::mkdtemp(pattern.data()) == nullptr) {
             problem = "cannot make a folder in " + outputFolder + " for the filtered book";

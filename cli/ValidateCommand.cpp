@@ -2,6 +2,7 @@
 
 #include "cli/Commands.h"
 #include "cli/DocumentWriting.h"
+#include "cli/SchemeChoice.h"
 #include "cli/Signals.h"
 #include "cli/SourcePositions.h"
 #include "host/headless/Handles.h"
@@ -15,21 +16,8 @@
 
 namespace voka::cli {
 namespace fs = std::filesystem;
-using headless::DialogAction;
 
 namespace {
-
-constexpr const char* kSchemeDialog = "br_Dialog_2DDown_wChkBox";
-constexpr int kCategoryPopup = 3, kSchemePopup = 6, kOkButton = 9;
-
-headless::DialogScript schemeChoice(const std::string& category, const std::string& scheme) {
-    headless::DialogScript script;
-    script.dialog = kSchemeDialog;
-    if (!category.empty()) script.actions.push_back({DialogAction::Kind::ChooseLabel, kCategoryPopup, category, 0});
-    if (!scheme.empty()) script.actions.push_back({DialogAction::Kind::ChooseLabel, kSchemePopup, scheme, 0});
-    script.actions.push_back({DialogAction::Kind::Press, kOkButton, "", 0});
-    return script;
-}
 
 struct Target {
     std::string file;

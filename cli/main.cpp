@@ -4,6 +4,7 @@
 #include "cli/DitavalImport.h"
 #include "cli/FilterCommands.h"
 #include "cli/Home.h"
+#include "cli/SchemeChoice.h"
 #include "cli/SettingsCommands.h"
 #include "cli/ValidateCommand.h"
 #include "cli/Session.h"
@@ -16,19 +17,8 @@
 namespace {
 
 using voka::cli::ExitCode;
-using voka::headless::DialogAction;
+using voka::cli::schemeChoice;
 using voka::headless::DialogScript;
-
-// The active-scheme dialog the colouring commands show first: choose the
-// category and scheme asked for (by their names) and press OK.
-DialogScript schemeChoice(const std::string& category, const std::string& scheme) {
-    DialogScript script;
-    script.dialog = "br_Dialog_2DDown_wChkBox";
-    if (!category.empty()) script.actions.push_back({DialogAction::Kind::ChooseLabel, 3, category, 0});
-    if (!scheme.empty()) script.actions.push_back({DialogAction::Kind::ChooseLabel, 6, scheme, 0});
-    script.actions.push_back({DialogAction::Kind::Press, 9, "", 0});
-    return script;
-}
 
 #ifndef VOKA_VERSION
 #define VOKA_VERSION "unknown"
