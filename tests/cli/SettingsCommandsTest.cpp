@@ -66,9 +66,6 @@ TEST_F(VokaSettings, CheckSettingsNamesEachMistakeAtItsLine) {
         {"rule name without its position", "<value>2  Blue</value>", "<value>Blue</value>",
          "coloring scheme \"By audience\", rule 2: Name \"Blue\" does not start with its position in three characters, "
          "so the plug-in reads the colour \"e\"; write \"2  Blue\""},
-        {"one blank after a one-digit position", "<value>3  Green</value>", "<value>3 Green</value>",
-         "rule 3: Name \"3 Green\" does not start with its position in three characters, so the plug-in reads the "
-         "colour \"reen\"; write \"3  Green\""},
         {"the position of another rule", "<value>10 Magenta</value>", "<value>11 Magenta</value>",
          "coloring scheme \"Every value\", rule 10: Name \"11 Magenta\" carries the position of rule 11; write "
          "\"10 Magenta\""},
@@ -91,10 +88,6 @@ TEST_F(VokaSettings, CheckSettingsNamesEachMistakeAtItsLine) {
          "it as False"},
         {"colour not in the colour list", "<value>3  Green</value>", "<value>3  Grene</value>",
          "rule 3: the colour \"Grene\" is not in the master colour list (ColorList)"},
-        {"colour in another case", "<value>2  Blue</value>", "<value>2  blue</value>",
-         "the colour \"blue\" is not in the master colour list (ColorList) (the list has \"Blue\""},
-        {"skip misspelt", "<value>4  &lt;skip&gt;</value>", "<value>4  &lt;Skip&gt;</value>",
-         "the colour \"<Skip>\" is not in the master colour list (ColorList) (write <skip> exactly)"},
         {"attribute not in the library", "<attribute name=\"Name\"><value>audience</value></attribute>",
          "<attribute name=\"Name\"><value>audiance</value></attribute>",
          "filter scheme \"Novice on Windows\": the attribute \"audiance\" is not in the attribute library"},
@@ -103,8 +96,6 @@ TEST_F(VokaSettings, CheckSettingsNamesEachMistakeAtItsLine) {
         {"scheme without a name", "<attribute name=\"Name\"><value>Online help</value></attribute>",
          "<attribute name=\"Name\"><value></value></attribute>",
          "category \"Software\": a filter scheme without a Name cannot be chosen"},
-        {"category without a name", "<attribute name=\"Name\"><value>Hardware</value></attribute>",
-         "<attribute name=\"Name\"><value></value></attribute>", "SchemeCategories: a category without a Name"},
         {"two schemes of one name", "<value>Online help</value>", "<value>Novice on Windows</value>",
          "category \"Software\": a second filter scheme named \"Novice on Windows\", which the plug-in never uses (the "
          "first is at line " + std::to_string(lineOf(example, "<value>Novice on Windows</value>")) + ")",

@@ -44,7 +44,7 @@ std::string fromColumn(const std::string& line, std::uint32_t column) {
     return line.substr(std::min(at, line.size()));
 }
 
-TEST_F(VokaValidate, TheExampleBookHasFindingsEachAtItsStartTag) {
+TEST_F(VokaValidate, TheExampleBooksFindingsStandAtTheirStartTagsAndTheReportLinksToThem) {
     const ProcessResult run = runVoka(home, {"validate", "--out", out});
     ASSERT_EQ(1, run.exitCode) << run.err;
     const std::regex shape(R"re(^(.+):(\d+):(\d+): rule ([1-4]) \([^)]+\): element <([\w:.-]+)> attribute ([\w:.-]+): value "([^"]*)": (.+)$)re");
@@ -66,6 +66,54 @@ TEST_F(VokaValidate, TheExampleBookHasFindingsEachAtItsStartTag) {
         EXPECT_TRUE(seen.count(expected)) << expected << " is among the findings:\n" << run.out;
     EXPECT_TRUE(fs::exists(out + "/index.html"));
     EXPECT_TRUE(fs::exists(out + "/report.voka.xml")) << "the report document is kept when there are findings";
+
+    // Each link of the report, followed in the browser, lands on an element of
+    // the tag the finding names, highlighted and showing the failing attribute.
+    const std::string index = readFile(out + "/index.html");
+    const std::regex link(R"re(<a class="finding" href="([^"#]+)#(el-\d+)">[^<]*</a></td><td>[^<]*</td><td>\d [^<]*</td><td>&lt;([^&]+)&gt;</td><td>([^<]*)</td>)re");
+    std::map<std::string, std::vector<std::array<std::string, 3>>> byPage;  // fragment, tag, attribute
+    for (auto it = std::sregex_iterator(index.begin(), index.end(), link); it != std::sregex_iterator(); ++it)
+        byPage[(*it)[1]].push_back({(*it)[2], (*it)[3], (*it)[4]});
+    ASSERT_FALSE(byPage.empty()) << index;
+    for (const auto& [page, targets] : byPage) {
+        SCOPED_TRACE(page);
+        // The page forbids scripts; a copy without that rule follows each fragment and says where it landed.
+        std::string text = readFile(out + "/" + page);
+        const auto policy = text.find("<meta http-equiv=\"Content-Security-Policy\"");
+        ASSERT_NE(policy, std::string::npos);
+        text.erase(policy, text.find('>', policy) + 1 - policy);
+        std::string fragments;
+        for (const auto& t : targets) fragments += (fragments.empty() ? "'" : ",'") + t[0] + "'";
+        text += "<script>var lines=[];[" + fragments +
+                "].forEach(function(f){location.hash=f;var t=document.querySelector(':target');"
+                "lines.push(f+'\\t'+(t?t.getAttribute('data-tag'):'')+'\\t'+(t&&t.querySelector('.note')?"
+                "t.querySelector('.note').textContent:'')+'\\t'+(t?getComputedStyle(t).outlineStyle:''));});"
+                "var p=document.createElement('pre');p.id='voka-links';p.textContent=lines.join('\\n');"
+                "document.body.appendChild(p);</script>";
+        const std::string copy = scratch / ("copy-" + fs::path(page).filename().string());
+        writeFile(copy, text);
+        RunOptions options;
+        options.home = scratch / "browser";
+        fs::create_directories(options.home);
+        const ProcessResult browser = runProcess(
+            {kChromium, "--headless", "--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-background-networking",
+             "--disable-component-update", "--disable-sync", "--user-data-dir=" + options.home + "/profile",
+             "--virtual-time-budget=5000", "--dump-dom", copy},
+            options);
+        ASSERT_EQ(0, browser.exitCode) << browser.err;
+        const auto from = browser.out.find("<pre id=\"voka-links\">");
+        ASSERT_NE(from, std::string::npos) << "the script ran";
+        std::istringstream lines(browser.out.substr(from + 21, browser.out.find("</pre>", from) - from - 21));
+        std::size_t i = 0;
+        for (std::string line; std::getline(lines, line); ++i) {
+            ASSERT_LT(i, targets.size());
+            EXPECT_EQ(targets[i][0] + "\t" + targets[i][1], line.substr(0, line.find('\t', line.find('\t') + 1)))
+                << "the link lands on an element of the finding's tag";
+            EXPECT_NE(std::string::npos, line.find(": " + targets[i][2])) << line << ": the note names the attribute";
+            EXPECT_EQ("solid", line.substr(line.rfind('\t') + 1)) << "the element is highlighted";
+        }
+        EXPECT_EQ(i, targets.size());
+    }
 }
 
 TEST_F(VokaValidate, ExitCodesAPipelineGatesOn) {
@@ -127,57 +175,6 @@ TEST_F(VokaValidate, JsonSarifAndJunitAreWhatTheirReadersAccept) {
     }
 }
 
-// Each link of the report, followed in the browser, lands on an element of
-// the tag the finding names, highlighted and showing the failing attribute.
-TEST_F(VokaValidate, EveryReportLinkLandsOnItsElement) {
-    const ProcessResult run = runVoka(home, {"validate", "--out", out});
-    ASSERT_EQ(1, run.exitCode) << run.err;
-    const std::string index = readFile(out + "/index.html");
-    const std::regex link(R"re(<a class="finding" href="([^"#]+)#(el-\d+)">[^<]*</a></td><td>[^<]*</td><td>\d [^<]*</td><td>&lt;([^&]+)&gt;</td><td>([^<]*)</td>)re");
-    std::map<std::string, std::vector<std::array<std::string, 3>>> byPage;  // fragment, tag, attribute
-    for (auto it = std::sregex_iterator(index.begin(), index.end(), link); it != std::sregex_iterator(); ++it)
-        byPage[(*it)[1]].push_back({(*it)[2], (*it)[3], (*it)[4]});
-    ASSERT_FALSE(byPage.empty()) << index;
-    for (const auto& [page, targets] : byPage) {
-        SCOPED_TRACE(page);
-        // The page forbids scripts; a copy without that rule follows each fragment and says where it landed.
-        std::string text = readFile(out + "/" + page);
-        const auto policy = text.find("<meta http-equiv=\"Content-Security-Policy\"");
-        ASSERT_NE(policy, std::string::npos);
-        text.erase(policy, text.find('>', policy) + 1 - policy);
-        std::string fragments;
-        for (const auto& t : targets) fragments += (fragments.empty() ? "'" : ",'") + t[0] + "'";
-        text += "<script>var lines=[];[" + fragments +
-                "].forEach(function(f){location.hash=f;var t=document.querySelector(':target');"
-                "lines.push(f+'\\t'+(t?t.getAttribute('data-tag'):'')+'\\t'+(t&&t.querySelector('.note')?"
-                "t.querySelector('.note').textContent:'')+'\\t'+(t?getComputedStyle(t).outlineStyle:''));});"
-                "var p=document.createElement('pre');p.id='voka-links';p.textContent=lines.join('\\n');"
-                "document.body.appendChild(p);</script>";
-        const std::string copy = scratch / ("copy-" + fs::path(page).filename().string());
-        writeFile(copy, text);
-        RunOptions options;
-        options.home = scratch / "browser";
-        fs::create_directories(options.home);
-        const ProcessResult browser = runProcess(
-            {kChromium, "--headless", "--no-sandbox", "--disable-gpu", "--no-first-run", "--disable-background-networking",
-             "--disable-component-update", "--disable-sync", "--user-data-dir=" + options.home + "/profile",
-             "--virtual-time-budget=5000", "--dump-dom", copy},
-            options);
-        ASSERT_EQ(0, browser.exitCode) << browser.err;
-        const auto from = browser.out.find("<pre id=\"voka-links\">");
-        ASSERT_NE(from, std::string::npos) << "the script ran";
-        std::istringstream lines(browser.out.substr(from + 21, browser.out.find("</pre>", from) - from - 21));
-        std::size_t i = 0;
-        for (std::string line; std::getline(lines, line); ++i) {
-            ASSERT_LT(i, targets.size());
-            EXPECT_EQ(targets[i][0] + "\t" + targets[i][1], line.substr(0, line.find('\t', line.find('\t') + 1)))
-                << "the link lands on an element of the finding's tag";
-            EXPECT_NE(std::string::npos, line.find(": " + targets[i][2])) << line << ": the note names the attribute";
-            EXPECT_EQ("solid", line.substr(line.rfind('\t') + 1)) << "the element is highlighted";
-        }
-        EXPECT_EQ(i, targets.size());
-    }
-}
 
 }  // namespace
 }  // namespace voka::test

@@ -199,26 +199,6 @@ TEST(FilterWalk, ADuplicateLosesWhatFailsWithItsChildrenAndTablesByTheirRules) {
     }
 }
 
-TEST(FilterWalk, ASourceFileHidesWhatFailsAndKeepsEveryElement) {
-    World world;
-    world.state.prefs.filterType = kFilterSourceFile;
-    world.state.filter.rules = {{"Platform", {"Mac"}}};
-    headless::TreeBuilder b;
-    b.conditionFormat("Hidden", false);
-    b.open("Topic", {{"id", "top"}});
-    b.open("Section", {{"id", "s1"}, {"Platform", "Win"}}).leaf("P", {{"id", "p1"}, {"Platform", "Mac"}}, "one").close();
-    b.leaf("Section", {{"id", "s2"}, {"Platform", "Mac"}}, "two");
-    const Handle doc = b.build(world.host, world.hostPath("topic.xml"));
-    FilterSubtree(world.host, world.state, doc, world.host.highestLevelElement(doc, world.host.mainFlow(doc)), 3, 1);
-    EXPECT_EQ(idsLeft(world.host, doc), (std::vector<std::string>{"top", "s1", "p1", "s2"}));
-    const Handle hidden = world.host.namedObject(doc, kConditionFormatObject, "Hidden");
-    auto conditionsAt = [&](const char* id) {
-        return world.host.textConditions(doc, TextLocation{elementById(world.host, doc, id), 0});
-    };
-    EXPECT_EQ(conditionsAt("p1"), std::vector<Handle>{hidden}) << "hidden with its section";
-    EXPECT_EQ(conditionsAt("s2"), std::vector<Handle>{});
-}
-
 // Esc is polled every 102nd element; a confirmed cancel stops the walk where
 // it is, with what was deleted gone and the rest untouched.
 TEST(FilterWalk, EscStopsTheWalkWhereItIs) {
@@ -240,15 +220,6 @@ TEST(FilterWalk, EscStopsTheWalkWhereItIs) {
         EXPECT_EQ(left.size(), confirm ? 50u : 0u);
         if (confirm) EXPECT_EQ(left.front(), "100");
     }
-}
-
-TEST(FilterWalk, NoStartElementIsACancelledFilter) {
-    World world;
-    FilterSubtree(world.host, world.state, kNoObject, kNoObject, 3, 1);
-    EXPECT_EQ(world.state.cancel, 1);
-    EXPECT_EQ(world.shown(), std::vector<std::string>{std::string(kPrefix) +
-                                                      "A critical error has occurred during the filter. Please contact "
-                                                      "technical support."});
 }
 
 }  // namespace
