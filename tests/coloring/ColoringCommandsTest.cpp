@@ -190,23 +190,6 @@ TEST(ColoringCommands, EscIsPolledEvery102Elements) {
     }
 }
 
-TEST(ColoringCommands, ColouringTwiceLeavesOnlyTheSecondScheme) {
-    World world;
-    Handle doc = world.chapter();
-    world.useScheme({{"Red", {{"audience", {"expert"}}}, 3}}, "First");
-    ASSERT_EQ(colorCommandForMenu(world.host, world.state, 6), 1);
-    ASSERT_EQ(world.colorOf(doc, "p1"), "Red");
-
-    // The second scheme colours the chapter, and with it p1's text, blue.
-    world.useScheme({{"Blue", {{"audience", {"novice"}}}}}, "Second");
-    ASSERT_EQ(colorCommandForMenu(world.host, world.state, 6), 1);
-    EXPECT_EQ(world.colorOf(doc, "p1"), "Blue");
-    EXPECT_EQ(world.host.textProperty(doc, TextLocation{elementById(world.host, doc, "p1"), 0},
-                                      TextProperty::Underlining),
-              0);
-    EXPECT_EQ(world.colorOf(doc, "p2"), "Blue");
-}
-
 TEST(ColoringCommands, UncolouringRemovesEveryOverride) {
     struct Case {
         const char* what;

@@ -10,12 +10,6 @@
 namespace voka::testing {
 namespace {
 
-Handle adoptBook(CallWorld& world, const std::string& name, const std::vector<std::string>& chapters) {
-    auto book = std::make_unique<headless::Book>();
-    for (const std::string& chapter : chapters) book->components.push_back({world.hostPath(chapter), {}, 0, true});
-    return world.saved(world.host.adoptBook(std::move(book), world.hostPath(name)));
-}
-
 struct Case {
     const char* before;   // messages sent first, each answered 1, separated by '|'
     const char* message;  // {doc}, {ch} ... stand for the ids and paths of the files below
@@ -86,8 +80,8 @@ Tokens openFiles(CallWorld& world, bool longChapter) {
         for (int i = 0; i < 150; ++i) b.leaf("Para", {{"audience", "expert"}}, "x");
         world.saved(b.build(world.host, world.hostPath("long.xml")));
     }
-    const Handle book = adoptBook(world, "manual.book", {"chapter.xml"});
-    adoptBook(world, "partial.book", {"chapter.xml", "gone.xml"});
+    const Handle book = world.saved(world.book({"chapter.xml"}));
+    world.saved(world.book({"chapter.xml", "gone.xml"}, "partial.book"));
     std::string path = world.hostPath("chapter.xml"), slashed = path;
     std::ranges::transform(path, path.begin(), [](unsigned char ch) { return static_cast<char>(std::toupper(ch)); });
     std::ranges::replace(slashed, '\\', '/');
@@ -145,7 +139,7 @@ TEST(TextCommands, WhatEachCommandAnswers) {
 TEST(TextCommands, ABookThatCouldNotBeMovedIsReadBackFromItsFile) {
     CallWorld world;
     world.saved(world.chapter());
-    const Handle book = adoptBook(world, "manual.book", {"chapter.xml"});
+    const Handle book = world.saved(world.book({"chapter.xml"}));
     std::filesystem::create_directories(world.folder / "out");
     world.host.setSaveRefusal([](const std::string& path) {
         return std::string(path.find("/out/") != std::string::npos ? "refused" : "");

@@ -137,23 +137,6 @@ TEST(FilterDecision, LoadingASchemeKeepsTheLastOneWhenTheNextIsMissing) {
                                                       "file for filter scheme parameters. Please obtain technical support."});
 }
 
-// Ids of the elements left in document order.
-std::vector<std::string> idsLeft(Host& host, Handle doc) {
-    std::vector<std::string> ids;
-    std::vector<Handle> work{host.highestLevelElement(doc, host.mainFlow(doc))};
-    while (!work.empty()) {
-        const Handle e = work.back();
-        work.pop_back();
-        if (e == kNoObject) continue;
-        for (const Attribute& attribute : host.attributes(doc, e))
-            if (attribute.name == "id" && !attribute.values.empty()) ids.push_back(attribute.values.front());
-        std::vector<Handle> children;
-        for (Handle c = host.firstChild(doc, e); c != kNoObject; c = host.nextSibling(doc, c)) children.push_back(c);
-        work.insert(work.end(), children.rbegin(), children.rend());
-    }
-    return ids;
-}
-
 TEST(FilterWalk, ADuplicateLosesWhatFailsWithItsChildrenAndTablesByTheirRules) {
     struct Case {
         const char* what;
@@ -193,7 +176,7 @@ TEST(FilterWalk, ADuplicateLosesWhatFailsWithItsChildrenAndTablesByTheirRules) {
         ASSERT_EQ(world.host.elementType(doc, elementById(world.host, doc, "r1")), kElementTableRow);
         FilterSubtree(world.host, world.state, doc, world.host.highestLevelElement(doc, world.host.mainFlow(doc)), 3, 1);
         EXPECT_EQ(world.state.cancel, 0);
-        EXPECT_EQ(idsLeft(world.host, doc), c.left);
+        EXPECT_EQ(idsInOrder(world.host, doc), c.left);
         EXPECT_EQ(world.state.settingsError, c.settingsError);
         EXPECT_TRUE(world.shown().empty());
     }
@@ -216,9 +199,9 @@ TEST(FilterWalk, EscStopsTheWalkWhereItIs) {
         FilterSubtree(world.host, world.state, doc, world.host.highestLevelElement(doc, world.host.mainFlow(doc)), 3, 1);
         EXPECT_EQ(world.state.cancel, confirm ? 1 : 0);
         // The topic is the first element of the walk, paragraph i the (i + 2)th.
-        const std::vector<std::string> left = idsLeft(world.host, doc);
+        const std::vector<std::string> left = idsInOrder(world.host, doc);
         EXPECT_EQ(left.size(), confirm ? 50u : 0u);
-        if (confirm) EXPECT_EQ(left.front(), "100");
+        if (confirm) { EXPECT_EQ(left.front(), "100"); }
     }
 }
 

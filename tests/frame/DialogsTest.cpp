@@ -1,6 +1,5 @@
-// The generic dialogs as a user meets them: the status lines, the Esc
-// confirmation, the drop-down dialogs' OK and Cancel, the list editor and a
-// missing dialog resource.
+// The generic dialogs as a user meets them: the status lines, a missing
+// status resource, and the Esc confirmation.
 #include "frame/Dialogs.h"
 #include "settings/HostSession.h"
 
@@ -45,9 +44,7 @@ TEST(StatusDialog, MissingResourcesSayDialogBoxError) {
     PluginState& state = session.state();
     openStatus(session.host, state, "Working...");
     setStatusLines(session.host, state, "a", "b", "c", "d");
-    EXPECT_EQ(showOneChoiceDialog(session.host, state, 1, OneChoiceDialog{}), 0);
-    EXPECT_EQ(showStringsListEditor(session.host, state, 50, "T", {"a"}, false), 0);
-    EXPECT_EQ(session.shown(), (List{"Dialog box error.", "Dialog box error.", "Dialog box error."}));
+    EXPECT_EQ(session.shown(), List{"Dialog box error."});
 }
 
 TEST(CancelPoll, EscIsConfirmedBeforeAPassStops) {
@@ -68,77 +65,6 @@ TEST(CancelPoll, EscIsConfirmedBeforeAPassStops) {
         EXPECT_EQ(pollCancel(session.host, session.state()), c.result);
         EXPECT_EQ(session.state().settingsError, c.error);
         EXPECT_EQ(session.shown(), c.shown);
-    }
-}
-
-TEST(ChoiceDialogs, OkAndCancelReachTheCaller) {
-    for (const int button : {kOneChoiceOk, kOneChoiceCancel}) {
-        HostSession session;
-        session.user.onDialog("br_Dialog_1DDown_wChkBox", [&](headless::DialogUser& d) {
-            EXPECT_EQ(d.title(), "Pick one");
-            EXPECT_EQ(d.labels(3), (List{"Coloring", "Filter"}));
-            EXPECT_EQ(d.state(4), 1);
-            d.choose(3, 1);
-            d.press(button);
-        });
-        OneChoiceDialog dialog{.title = "Pick one", .choices3 = {"Coloring", "Filter"}, .checkState4 = 1};
-        ASSERT_EQ(showOneChoiceDialog(session.host, session.state(), 1, dialog), 1);
-        EXPECT_EQ(session.state().dialogs.accepted, button == kOneChoiceOk);
-        const Handle open = openChoiceDialog(session.state());
-        EXPECT_EQ(session.host.itemState(open, session.host.dialogItem(open, 3)), 1);
-    }
-}
-
-TEST(ListEditor, EditsAListItemOnlyWhenAccepted) {
-    for (const bool accept : {true, false}) {
-        HostSession session;
-        const Handle outer = session.host.openDialogResource("br_Dialog_1DDown_wChkBox");
-        const Handle item = session.host.dialogItem(outer, 3);
-        session.host.setItemLabels(outer, item, {"a", "b"});
-        session.user.answerPrompt("c");
-        session.user.onDialog("br_DialogStringsListEditor", [accept](headless::DialogUser& d) {
-            EXPECT_EQ(d.title(), "List Editor");
-            d.choose(kListItem, 0);
-            d.press(kListDown);
-            d.press(kListAdd);
-            d.press(accept ? kListOk : kListCancel);
-        });
-        ASSERT_EQ(editItemList(session.host, session.state(), outer, 3), 1);
-        EXPECT_EQ(session.host.itemLabels(outer, item), accept ? (List{"b", "a", "c"}) : (List{"a", "b"}));
-        EXPECT_EQ(session.state().dialogs.listAccepted, accept);
-    }
-}
-
-TEST(DialogResources, EveryGenericDialogHasItsItemsAndClosesOnOkAndCancel) {
-    struct Resource {
-        const char* name;
-        int firstItem;  // items firstItem..lastItem exist
-        int lastItem;
-        int ok;  // 0: no buttons
-        int cancel;
-    };
-    const Resource resources[] = {
-        {"br_Dialog_Status", 1, 4, 0, 0},           {"br_Dialog_DDown", 1, 3, kDropDownOk, kDropDownCancel},
-        {"br_Dialog_DDown_WIDE", 1, 3, kDropDownOk, kDropDownCancel},
-        {"br_DialogStringsListEditor", 2, kListDelete, kListOk, kListCancel},
-        {"br_DialogStringsListEditor_Wide", 2, kListDelete, kListOk, kListCancel},
-        {"br_Dialog_1DDown_wChkBox", 1, 5, kOneChoiceOk, kOneChoiceCancel},
-        {"br_Dialog_2DDown_wChkBox", 1, 8, kTwoChoiceOk, kTwoChoiceCancel},
-    };
-    for (const Resource& r : resources) {
-        SCOPED_TRACE(r.name);
-        HostSession session;
-        for (const int button : {r.ok, r.cancel}) {
-            const Handle dialog = session.host.openDialogResource(r.name);
-            ASSERT_NE(dialog, kNoObject);
-            for (int item = r.firstItem; item <= r.lastItem; ++item) EXPECT_NE(session.host.dialogItem(dialog, item), kNoObject) << item;
-            if (button == 0) continue;
-            bool closed = false;
-            session.user.onDialog(r.name, [&](headless::DialogUser& d) { d.press(button); closed = !d.isUp(); });
-            session.host.modalDialog(900, dialog);
-            EXPECT_TRUE(closed) << button;
-            session.host.close(dialog, 0);
-        }
     }
 }
 

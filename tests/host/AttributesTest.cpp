@@ -1,6 +1,6 @@
-// Attributes as the plug-in reads and writes settings and scheme matches:
-// every declared attribute in declaration order, defaults kept apart, writes
-// limited to what the definition declares.
+// Attributes as the plug-in reads settings and scheme matches: an empty value
+// is no value in every form; and the shared settings merge, which imports
+// newer definitions (values follow their names) and pastes the shipped group.
 #include "HostFixture.h"
 
 #include <fstream>
@@ -24,21 +24,6 @@ Doc paraDoc(HostFixture& f) {
     d.doc = b.build(f.host, f.folder.hostPath("a.xml"));
     d.para = f.host.firstChild(d.doc, root(f.host, d.doc));
     return d;
-}
-
-TEST(Attributes, EveryDeclaredAttributeInDeclarationOrder) {
-    HostFixture f;
-    Doc d = paraDoc(f);
-    // An unset attribute is listed without values; its default is the definition's.
-    EXPECT_EQ(f.host.attributes(d.doc, d.para), (Attributes{{"platform", {}}, {"audience", {"novice"}}, {"id", {}}}));
-    const AttributeDefinitions defs = f.host.attributeDefinitions(d.doc, f.host.elementDefinition(d.doc, d.para));
-    ASSERT_EQ(defs.size(), 3u);
-    EXPECT_EQ(defs[0].defaults, std::vector<std::string>{"all"});
-    // Undeclared tags get their attributes in first-seen order.
-    TreeBuilder b;
-    b.open("Root").leaf("Item", {{"b", "1"}}).leaf("Item", {{"a", "2"}, {"b", "3"}}).close();
-    const Handle plain = b.build(f.host, f.folder.hostPath("b.xml"));
-    EXPECT_EQ(f.host.attributes(plain, f.host.lastChild(plain, root(f.host, plain))), (Attributes{{"b", {"3"}}, {"a", {"2"}}}));
 }
 
 // In the desktop host an empty attribute value is no value, so `audience=""`
@@ -70,42 +55,13 @@ TEST(Attributes, AnEmptyValueIsNoValueInEveryForm) {
             EXPECT_EQ(std::vector<std::string>(borrowed[i].begin(), borrowed[i].end()), expected[i].values) << i;
         const AttributeDefinitions defs = f.host.attributeDefinitions(doc, f.host.elementDefinition(doc, p));
         for (const AttributeDefinition& def : defs)
-            if (def.name == "audience") EXPECT_EQ(def.defaults, std::vector<std::string>{}) << "an empty default";
+            if (def.name == "audience") { EXPECT_EQ(def.defaults, std::vector<std::string>{}) << "an empty default"; }
     }
     const Handle content = f.host.open(f.folder.hostPath("content.xml"), OpenParams{});
     ASSERT_NE(f.host.simpleSave(content, f.folder.hostPath("again.xml"), false), kNoObject);
     std::ifstream again(toSystemPath(f.folder.hostPath("again.xml")));
     const std::string saved((std::istreambuf_iterator<char>(again)), std::istreambuf_iterator<char>());
     EXPECT_NE(saved.find("<p audience=\"\" platform=\"\" otherprops=\"print\">"), std::string::npos) << saved;
-}
-
-TEST(Attributes, WritingTheList) {
-    struct Case {
-        const char* name;
-        Attributes written;
-        bool accepted;
-        Attributes after;
-    };
-    const Attributes unchanged = {{"platform", {}}, {"audience", {"novice"}}, {"id", {}}};
-    const Case cases[] = {
-        {"several values, the list replaces what was there",
-         {{"platform", {"win", "mac"}}},
-         true,
-         {{"platform", {"win", "mac"}}, {"audience", {}}, {"id", {}}}},
-        {"an empty value unsets", {{"audience", {}}}, true, {{"platform", {}}, {"audience", {}}, {"id", {}}}},
-        {"an undeclared name changes nothing", {{"audience", {"expert"}}, {"colour", {"red"}}}, false, unchanged},
-        {"names are case-sensitive", {{"Audience", {"expert"}}}, false, unchanged},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        HostFixture f;
-        Doc d = paraDoc(f);
-        f.host.clearError();
-        EXPECT_EQ(f.host.setAttributes(d.doc, d.para, c.written), c.accepted);
-        EXPECT_EQ(f.host.errorNumber(), c.accepted ? kErrorNone : kErrorFailed);
-        EXPECT_EQ(f.host.attributes(d.doc, d.para), c.after);
-        EXPECT_EQ(f.host.isModified(d.doc), c.accepted);
-    }
 }
 
 TEST(Attributes, ValuesFollowTheirNamesWhenDefinitionsChange) {
@@ -120,13 +76,48 @@ TEST(Attributes, ValuesFollowTheirNamesWhenDefinitionsChange) {
     newer.leaf("Para");
     EXPECT_EQ(f.host.importElementDefinitions(d.doc, newer.build(f.host, f.folder.hostPath("edd.xml")), 0), 0);
     EXPECT_EQ(f.host.attributes(d.doc, d.para), (Attributes{{"id", {"p1"}}, {"audience", {"novice"}}, {"status", {}}}));
-    // Another definition for the element keeps the values it declares.
-    TreeBuilder note;
-    note.define("Note", kElementContainer, {AttributeDefinition{"audience", kAttrString, 0, {}, {}}});
-    note.leaf("Note");
-    ASSERT_EQ(f.host.importElementDefinitions(d.doc, note.build(f.host, f.folder.hostPath("n.xml")), 0), 0);
-    ASSERT_TRUE(f.host.setElementDefinition(d.doc, d.para, f.host.namedObject(d.doc, kElementDefinitionObject, "Note")));
-    EXPECT_EQ(f.host.attributes(d.doc, d.para), (Attributes{{"audience", {"novice"}}}));
+}
+
+// The shared settings merge: the shipped group replaces the user's, and
+// definitions the user's document lacks come along.
+TEST(Clipboard, PasteReplacesTheSelectedElement) {
+    HostFixture f;
+    TreeBuilder shipped;
+    shipped.define("Group", kElementContainer,
+                   {AttributeDefinition{"Version", kAttrInteger, 0, {}, {}}, AttributeDefinition{"Name", kAttrString, 0, {}, {}}});
+    shipped.open("Settings").open("Group", {{"Version", "2"}, {"Name", "new"}});
+    shipped.leaf("Extra", {{"Key", "k"}}, "extra text").close().close();
+    const Handle source = shipped.build(f.host, f.folder.hostPath("shipped.xml"));
+    const Handle sourceGroup = f.host.firstChild(source, root(f.host, source));
+
+    TreeBuilder user;
+    user.define("Group", kElementContainer,
+                {AttributeDefinition{"Name", kAttrString, 0, {}, {}}, AttributeDefinition{"Version", kAttrInteger, 0, {}, {}}});
+    user.open("Settings").leaf("Group", {{"Version", "1"}, {"Name", "old"}}, "old text").leaf("Other", {}, "other");
+    const Handle target = user.build(f.host, f.folder.hostPath("user.xml"));
+    const Handle settings = root(f.host, target);
+    const Handle oldGroup = f.host.firstChild(target, settings);
+    const Handle other = f.host.lastChild(target, settings);
+
+    ASSERT_TRUE(f.host.setElementSelection(source, {{root(f.host, source), sourceGroup, 0}, {root(f.host, source), kNoObject, 0}}));
+    ASSERT_TRUE(f.host.copySelection(source));
+    ASSERT_TRUE(f.host.setElementSelection(target, {{settings, oldGroup, 0}, {settings, other, 0}}));
+    ASSERT_TRUE(f.host.paste(target));
+
+    const auto kids = children(f.host, target, settings);
+    ASSERT_EQ(kids.size(), 2u);
+    EXPECT_EQ(kids[1], other);
+    EXPECT_EQ(f.host.parent(target, oldGroup), kNoObject);  // the old group is gone
+    // Values go by name into the user's definition, which has its own order.
+    EXPECT_EQ(f.host.attributes(target, kids[0]), (Attributes{{"Name", {"new"}}, {"Version", {"2"}}}));
+    const Handle extra = f.host.firstChild(target, kids[0]);
+    EXPECT_EQ(f.host.definitionTag(target, f.host.elementDefinition(target, extra)), "Extra");
+    EXPECT_EQ(f.host.attributes(target, extra), (Attributes{{"Key", {"k"}}}));
+    EXPECT_EQ(elementText(f.host, target, settings), "extra textother");
+    EXPECT_EQ(elementText(f.host, target, other), "other");
+    EXPECT_TRUE(f.host.isModified(target));
+    // The source is as it was.
+    EXPECT_EQ(elementText(f.host, source, root(f.host, source)), "extra text");
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // Dialogs as the plug-in runs them: resources by name, modal runs driven by
-// the user with events and "stay up", modeless progress shown to the user.
+// the user with events and "stay up", and broken resources.
 #include "HostFixture.h"
 
 namespace voka::headless::testing {
@@ -13,8 +13,7 @@ struct DialogFixture : HostFixture {
     }
     std::vector<int> events() const {
         std::vector<int> items;
-        for (const auto& call : client.calls)
-            if (call.what == "dialogEvent") items.push_back(call.b);
+        for (const auto& [number, item] : client.events) items.push_back(item);
         return items;
     }
     RecordingClient client;
@@ -80,19 +79,6 @@ TEST(Dialogs, ModalRunsUntilAClosingButtonIsLetThrough) {
     }
 }
 
-TEST(Dialogs, ThePlugInClosingItDuringAnEvent) {
-    DialogFixture f;
-    f.client.onDialogEvent = [&](int, int item) {
-        if (item == 11) f.host.close(f.dialog, 0);
-    };
-    f.agent.onDialog([](DialogUser& d) {
-        d.press(11);
-        EXPECT_FALSE(d.isUp());
-    });
-    EXPECT_EQ(f.host.modalDialog(7, f.dialog), 0);
-    EXPECT_EQ(f.events(), std::vector<int>{11});
-}
-
 TEST(Dialogs, ItemsAsThePlugInSetsThem) {
     DialogFixture f;
     const Handle popup = f.host.dialogItem(f.dialog, 3);
@@ -111,26 +97,6 @@ TEST(Dialogs, ItemsAsThePlugInSetsThem) {
     });
     f.host.modalDialog(1, f.dialog);
     EXPECT_EQ(f.events(), std::vector<int>{10});
-}
-
-TEST(Dialogs, ModelessProgressReachesTheUser) {
-    DialogFixture f;
-    const Handle status = f.host.openDialogResource("t_Dialog_Status");
-    f.host.setDialogTitle(status, "Coloring Document...");
-    EXPECT_EQ(f.host.modelessDialog(1224, status), 0);
-    f.host.setItemText(status, f.host.dialogItem(status, 2), "Please wait...");
-    const DialogView* view = f.agent.modelessView("t_Dialog_Status");
-    ASSERT_NE(view, nullptr);
-    EXPECT_EQ(view->title, "Coloring Document...");
-    EXPECT_EQ(view->lines, (std::vector<std::string>{"", "Please wait...", "", ""}));
-    EXPECT_EQ(f.host.close(status, 0), 0);
-    EXPECT_EQ(f.host.shownDialog("t_Dialog_Status"), kNoObject);
-    // The user drives a modeless dialog too; closing buttons close modal dialogs only.
-    f.host.modelessDialog(2000, f.dialog);
-    auto user = f.host.dialogUser(f.host.shownDialog("t_Dialog_Choice"));
-    ASSERT_NE(user, nullptr);
-    EXPECT_TRUE(user->press(9) && user->isUp());
-    EXPECT_EQ(f.client.calls.back(), (RecordingClient::Call{"dialogEvent", 2000, 9, {}}));
 }
 
 TEST(Dialogs, MissingAndBrokenResources) {

@@ -1,5 +1,5 @@
 // Documents and books as files: save, save-as, close with and without
-// discarding, the window in front, books and their components.
+// discarding, Open As New, a driver's save refusal, and the window in front.
 #include "HostFixture.h"
 
 namespace voka::headless::testing {
@@ -87,7 +87,7 @@ TEST(Documents, OpenAsNewOfAnOpenFileLeavesTheOriginalWhole) {
         const Handle a = f.host.simpleOpen(f.folder.hostPath("a.xml"), false);
         ASSERT_NE(a, kNoObject);
         ASSERT_TRUE(f.host.setIntProperty(a, a, kPropScreenX, 40));
-        if (c.changeOriginal) ASSERT_TRUE(f.host.addText(a, {root(f.host, a), 0}, "New "));
+        if (c.changeOriginal) { ASSERT_TRUE(f.host.addText(a, {root(f.host, a), 0}, "New ")); }
         const std::string text = elementText(f.host, a, root(f.host, a));
         const Handle copy = f.host.openAsNewDocument(f.host.path(a));
         ASSERT_NE(copy, kNoObject);
@@ -140,25 +140,12 @@ TEST(Documents, ASaveRefusalKeepsFilesUnwritten) {
     EXPECT_EQ(f.agent.texts(Said::Error).size(), 2u) << "each refusal is said";
 }
 
-struct BookFixture : HostFixture {
-    BookFixture() {
-        for (const char* name : {"ch1.xml", "ch2.xml", "ch3.xml"}) host.simpleSave(chapter(*this, name).doc, "", false);
-        folder.write("book.xml", R"(<?xml version="1.0"?>
-<voka-book version="1"><component path="ch1.xml"/><component path="ch3.xml"/></voka-book>
-)");
-    }
-    std::vector<std::string> paths(Handle book) {
-        std::vector<std::string> list;
-        for (Handle c = host.firstComponent(book); c != kNoObject; c = host.nextComponent(book, c))
-            list.push_back(host.componentPath(book, c));
-        return list;
-    }
-};
-
 // One window is in front, a document's or a book's: a command that falls
 // back from the document to the book sees which.
 TEST(Books, OneWindowInFront) {
-    BookFixture f;
+    HostFixture f;
+    for (const char* name : {"ch1.xml", "ch2.xml"}) f.host.simpleSave(chapter(f, name).doc, "", false);
+    f.folder.write("book.xml", R"(<voka-book version="1"><component path="ch1.xml"/></voka-book>)");
     const Handle doc = f.host.simpleOpen(f.folder.hostPath("ch2.xml"), false);
     const Handle book = f.host.simpleOpen(f.folder.hostPath("book.xml"), false);
     ASSERT_EQ(objectType(book), kBookObject);
@@ -189,23 +176,6 @@ TEST(Books, OneWindowInFront) {
     ASSERT_EQ(f.host.close(book, 0), 0);
     EXPECT_EQ(f.host.elementSelection(book), ElementRange{});
     EXPECT_NE(f.host.errorNumber(), 0) << "a closed book is a stale handle";
-}
-
-TEST(Books, ComponentsInBookOrder) {
-    BookFixture f;
-    const Handle book = f.host.simpleOpen(f.folder.hostPath("book.xml"), false);
-    const Handle first = f.host.firstComponent(book);
-    ASSERT_NE(f.host.newComponent(book, first, f.folder.hostPath("ch2.xml")), kNoObject);
-    // Component paths are full paths, as the open documents have them.
-    EXPECT_EQ(f.paths(book), (std::vector<std::string>{f.folder.hostPath("ch1.xml"), f.folder.hostPath("ch2.xml"),
-                                                       f.folder.hostPath("ch3.xml")}));
-    ASSERT_TRUE(f.host.deleteObject(book, first));
-    EXPECT_EQ(f.host.componentPath(book, first), "");
-    // Saved under a new name, the book reads back with the same components.
-    ASSERT_EQ(f.host.simpleSave(book, f.folder.hostPath("book2.xml"), false), book);
-    ASSERT_EQ(f.host.close(book, 0), 0);
-    const Handle reopened = f.host.simpleOpen(f.folder.hostPath("book2.xml"), false);
-    EXPECT_EQ(f.paths(reopened), (std::vector<std::string>{f.folder.hostPath("ch2.xml"), f.folder.hostPath("ch3.xml")}));
 }
 
 }  // namespace

@@ -76,35 +76,5 @@ TEST(ContentModel, DeletionsThatBreakTheDtdAreFound) {
     }
 }
 
-// Models read by hand: sequences, choices, repetition, EMPTY and ANY.
-TEST(ContentModel, ChildrenFitTheirModel) {
-    using M = ContentModel;
-    const M titleThenParas{M::Kind::Children, {0, 1, M::kRepeat, M::kSequence}, {"title", "p"}};
-    const M oneOrMoreChoice{M::Kind::Children, {0, 1, M::kChoice, M::kOneOrMore}, {"a", "b"}};
-    const M optionalPair{M::Kind::Children, {0, 1, M::kSequence, M::kOptional}, {"a", "b"}};
-    const M empty{M::Kind::Empty, {}, {}};
-    const M any{M::Kind::Any, {}, {}};
-    const M broken{M::Kind::Children, {M::kSequence}, {}};
-    struct Case {
-        const M& model;
-        std::vector<std::string_view> children;
-        bool fits;
-    } cases[] = {
-        {titleThenParas, {"title"}, true},           {titleThenParas, {"title", "p", "p"}, true},
-        {titleThenParas, {"p"}, false},              {titleThenParas, {"title", "title"}, false},
-        {titleThenParas, {}, false},                 {oneOrMoreChoice, {"b", "a", "b"}, true},
-        {oneOrMoreChoice, {}, false},                {oneOrMoreChoice, {"a", "c"}, false},
-        {optionalPair, {}, true},                    {optionalPair, {"a", "b"}, true},
-        {optionalPair, {"a"}, false},                {empty, {}, true},
-        {empty, {"a"}, false},                       {any, {"x", "y"}, true},
-        {broken, {"x"}, true},
-    };
-    for (const Case& c : cases) {
-        std::string children;
-        for (std::string_view child : c.children) children += std::string(child) + " ";
-        EXPECT_EQ(childrenFit(c.model, c.children), c.fits) << "children: " << children;
-    }
-}
-
 }  // namespace
 }  // namespace voka::test

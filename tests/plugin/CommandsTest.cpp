@@ -1,6 +1,6 @@
 // Menus, commands and notifications of a started plug-in: where Test
 // appears per debug level, the override question of the uncolour commands,
-// numbers outside the table, the test command and the about box, and which
+// numbers outside the table, the test command, and which
 // notifications trigger automatic validation.
 #include "plugin/FrameCommands.h"
 #include "plugin/Menus.h"
@@ -129,43 +129,6 @@ TEST(Commands, TestCommandShowsDocumentAndElementNumbers) {
         EXPECT_EQ(session.shown().back(), testing::kPrefix + "Doc:  " + std::to_string(static_cast<int>(doc)) +
                                               "\n\nElement:  " + std::to_string(static_cast<int>(c.shown)));
     }
-}
-
-TEST(Commands, AboutBoxNamesVersionAndDate) {
-    StartedSession session;
-    session.plugin.command(19);
-    ASSERT_EQ(session.shown().size(), 1u);
-    const std::string opening = testing::kPrefix +
-                                "VOKA plugin version 1.01 for Adobe(R) FrameMaker(R), compile date 03/02/2008.\n\n"
-                                "Thank you for using VOKA.";
-    EXPECT_EQ(session.shown()[0].substr(0, opening.size()), opening);
-    EXPECT_NE(session.shown()[0].find("Brindel"), std::string::npos);
-}
-
-struct AnsweringClient : Client {
-    void initialize(int) override {}
-    void command(int) override {}
-    void notify(int, Handle, const std::string& text, int) override {
-        received = text;
-        host->returnValue(42);
-    }
-    void dialogEvent(int, int, int) override {}
-    Host* host = nullptr;
-    std::string received;
-};
-
-TEST(Commands, ClientCallProbe) {
-    HostSession session;
-    AnsweringClient other;
-    other.host = &session.host;
-    session.host.registerClient("Other", &other);
-
-    session.user.answerPrompt("Other");
-    session.user.answerPrompt("Hello");
-    EXPECT_EQ(probeClientCall(session.host, session.state(), "Default", "Msg", true, true), 1);
-    EXPECT_EQ(other.received, "Hello");
-    EXPECT_EQ(session.shown(), List{"Return value:\n\n42"});
-    EXPECT_EQ(session.user.promptTexts, (List{"Client?|Default", "Message?|Msg"}));
 }
 
 TEST(Notifications, WhichChangesTriggerAutomaticValidation) {

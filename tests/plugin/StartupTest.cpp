@@ -68,20 +68,6 @@ TEST(Startup, EachWayOfFindingTheSettings) {
     }
 }
 
-TEST(Startup, NewInstallationStartsWithTheShippedFiles) {
-    HostSession session;
-    const std::string resources = VOKA_SOURCE_DIR "/resources/";
-    std::filesystem::copy_file(resources + "BR_Settings.fm", session.inBrindel("BR_Settings_TEMPVOKA.fm"));
-    std::filesystem::copy_file(resources + "example/VOKA_MainSettings.fm",
-                               session.inBrindel("VOKA_MainSettings_LocalCopy.fm"));
-    session.host.startClient();
-    ASSERT_EQ(session.shown().size(), 1u);
-    EXPECT_NE(session.shown()[0].find("new installation of VOKA"), std::string::npos);
-    EXPECT_TRUE(session.plugin.started());
-    EXPECT_TRUE(std::filesystem::exists(session.inBrindel("BR_Settings.fm")));
-    EXPECT_FALSE(session.state().coloring.rules.empty());
-}
-
 // A per-user folder the host cannot write to: every save and delete fails.
 class ReadOnlyFolderHost : public headless::HeadlessHost {
 public:

@@ -1,5 +1,5 @@
-// The local preferences: defaults of unset keys, and which keys update the
-// session at every read and which only at start-up.
+// The local preferences as start-up reads them: defaults of unset and odd
+// values, and a shared settings document without its settings group.
 #include "frame/Paths.h"
 #include "settings/HostSession.h"
 #include "settings/Preferences.h"
@@ -61,27 +61,6 @@ TEST_F(PreferencesTest, UnsetAndOddValuesTakeTheirDefaults) {
         EXPECT_TRUE(session.shown().empty());
         session.host.close(doc, kCloseModified);
     }
-}
-
-TEST_F(PreferencesTest, StartUpOnlyKeysWaitForTheNextStart) {
-    PluginState& state = session.state();
-    const Handle doc = openWith(Values{{"DefaultColoringScheme", "By audience"}, {"DefaultCategory", "Software"},
-                                       {"ValRule1Active", "0"}, {"AutoValidateAttrs", "0"}});
-    ASSERT_TRUE(readPreferences(session.host, state, doc, kNoObject, false, true));
-    const Handle group = findElement(session.host, state, doc, kNoObject, "SettingsGroupE", "*", "*", "Main");
-    for (const auto& [key, value] : Values{{"DefaultColoringScheme", "By product"}, {"DefaultCategory", "Hardware"},
-                                           {"ValRule1Active", "1"}, {"AutoValidateAttrs", "1"}}) {
-        ASSERT_TRUE(writeString(session.host, state, doc, group, key, value));
-    }
-    // The dialog's accept reads without setting the start-up globals.
-    ASSERT_TRUE(readPreferences(session.host, state, doc, kNoObject, false, false));
-    EXPECT_EQ(state.active.coloringScheme, "By audience");
-    EXPECT_EQ(state.active.category, "Software");
-    EXPECT_EQ(state.prefs.validationRuleActive[0], 1);
-    EXPECT_EQ(state.prefs.autoValidate, 1);
-    ASSERT_TRUE(readPreferences(session.host, state, doc, kNoObject, false, true));
-    EXPECT_EQ(state.active.coloringScheme, "By product");
-    EXPECT_EQ(state.active.category, "Hardware");
 }
 
 TEST_F(PreferencesTest, WithoutASettingsGroupNothingIsReadOrWritten) {

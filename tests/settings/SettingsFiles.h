@@ -1,7 +1,6 @@
 // Small full-form settings documents written into a temporary folder, for
 // the settings and plug-in tests: a shared settings document with chosen
-// versions and preference values, and a main settings document whose
-// skeleton may lack one element.
+// versions and preference values, and a small main settings document.
 #pragma once
 
 #include <filesystem>
@@ -87,15 +86,11 @@ inline std::string sharedSettingsXml(const SharedSettings& s) {
 }
 
 // A main settings document with one category "Software" holding one
-// colouring scheme "By audience"; `omit` names a skeleton element left out
-// (with everything inside it). With `filterSchemesInScheme`, "FilterSchemes"
-// sits inside that scheme instead of beside the other containers.
-inline std::string mainSettingsXml(const std::string& omit = "", bool filterSchemesInScheme = false) {
-    const auto node = [&](const std::string& tag, const std::string& name, const std::string& inner) {
-        return tag == omit ? std::string()
-                           : "<element tag=\"" + tag + "\">\n" + (name.empty() ? "" : attribute("Name", name)) + inner + "</element>\n";
+// colouring scheme "By audience" and one validation scheme "Audience check".
+inline std::string mainSettingsXml() {
+    const auto node = [](const std::string& tag, const std::string& name, const std::string& inner) {
+        return "<element tag=\"" + tag + "\">\n" + (name.empty() ? "" : attribute("Name", name)) + inner + "</element>\n";
     };
-    const std::string filterSchemes = node("FilterSchemes", "", "");
     std::vector<std::pair<std::string, std::vector<std::string>>> defined;
     for (const char* tag : {"VKP_MainSettings", "SchemeCategories", "SchemeCategory", "FilterSchemes", "ColoringSchemes",
                             "Scheme", "ValidationSchemes", "ColorList", "AttributeList"}) defined.push_back({tag, {"Name"}});
@@ -103,9 +98,7 @@ inline std::string mainSettingsXml(const std::string& omit = "", bool filterSche
            node("VKP_MainSettings", "",
                 node("SchemeCategories", "",
                      node("SchemeCategory", "Software",
-                          (filterSchemesInScheme ? "" : filterSchemes) +
-                              node("ColoringSchemes", "",
-                                   node("Scheme", "By audience", filterSchemesInScheme ? filterSchemes : "")) +
+                          node("FilterSchemes", "", "") + node("ColoringSchemes", "", node("Scheme", "By audience", "")) +
                               node("ValidationSchemes", "", node("Scheme", "Audience check", "")))) +
                     node("ColorList", "", "") + node("AttributeList", "", "")) +
            "</flow>\n</voka-document>\n";
