@@ -2,6 +2,7 @@
 
 #include "cli/DocumentWriting.h"
 #include "cli/Home.h"
+#include "cli/SchemeChoice.h"
 #include "cli/Signals.h"
 #include "host/headless/HostPaths.h"
 #include "host/headless/persist/Persist.h"
@@ -152,48 +153,54 @@ int runMenuCommand(Session& session, const std::string& tag, const std::string& 
 }
 
 int colorFiles(Session& session, const ColorRequest& request) {
-    std::string file = request.file.empty() ? exampleBook() : request.file;
-    Handle target = session.openFile(file);
-    if (target == kNoObject) return kExitBadInput;
-    if (cancelRequested()) return kExitCancelled;
-    bool book = objectType(target) == kBookObject;
-    if (!book) session.host().setActiveDocument(target);
+    std::vector<Target> targets;
+    if (int code = openTargets(session, request.files, targets); code != kExitOk) return code;
 
     // Checked before any work, so that a refusal costs nothing and changes nothing.
-    const OutputPlan plan = planOutputs(request.outDir, inputsOf(session, target, file));
+    const OutputPlan plan = planOutputs(request.outDir, inputsOf(session, targets),
+                                        request.fullForm ? OutputKind::Pictures : OutputKind::Documents);
     if (!plan.problem.empty()) {
         std::cerr << "voka: " << plan.problem << " (choose another --out)\n";
         return kExitUsage;
     }
 
+    PluginState& state = session.plugin().state();
     if (request.uncolor && (!request.category.empty() || !request.scheme.empty())) {
-        session.plugin().state().lastCommandResult = 0;
+        state.lastCommandResult = 0;
         session.host().invokeCommand("vkp_SetColorScheme");
-        if (session.plugin().state().lastCommandResult != 1) {
+        if (state.lastCommandResult != 1) {
             std::cerr << "voka: the coloring scheme asked for could not be made active\n";
             return kExitFailed;
         }
     }
-    const char* command = request.uncolor ? (book ? "vkp_UnColorBook" : "vkp_UnColorDoc")
-                                          : (book ? "vkp_ColorBook" : "vkp_ColorDoc");
-    session.plugin().state().lastCommandResult = 0;
-    session.host().invokeCommand(command);
-    int result = session.plugin().state().lastCommandResult;
-    // A book whose chapters did not all open ends with 4 whatever came after.
-    const int unopened = session.unopenedChapters() ? kExitBadInput : kExitOk;
-    if (result != 1) {
-        std::cerr << "voka: " << (request.uncolor ? "uncoloring " : "coloring ") << file
-                  << " did not complete: " << whyNotDone(session, result) << "\n";
-        return unopened ? unopened : exitCodeOf(result);
+    for (std::size_t t = 0; t < targets.size(); ++t) {
+        const Target& target = targets[t];
+        const bool book = objectType(target.object) == kBookObject;
+        activate(session, target);
+        // Each colour command asks for its scheme again; the first answer came with the command line.
+        if (t > 0 && !request.uncolor) session.agent().addDialogScript(schemeChoice(request.category, request.scheme));
+        const char* command = request.uncolor ? (book ? "vkp_UnColorBook" : "vkp_UnColorDoc")
+                                              : (book ? "vkp_ColorBook" : "vkp_ColorDoc");
+        state.lastCommandResult = 0;
+        session.host().invokeCommand(command);
+        const int result = state.lastCommandResult;
+        if (result != 1) {
+            std::cerr << "voka: " << (request.uncolor ? "uncoloring " : "coloring ") << target.file
+                      << " did not complete: " << whyNotDone(session, result) << "\n";
+            // A book whose chapters did not all open ends with 4 whatever came after.
+            return session.unopenedChapters() ? kExitBadInput : exitCodeOf(result);
+        }
     }
+    const headless::SaveForm form = request.fullForm ? headless::SaveForm::Full : headless::SaveForm::AsRead;
     for (const DocumentOutputs& outputs : plan.documents) {
         if (cancelRequested()) return kExitCancelled;
         const std::string title = fs::path(outputs.input).filename().string();
         auto rendering = [&](const headless::Document& doc) { return coloringRendering(session, doc, title); };
-        if (int code = writeFullFormAndPage(session, outputs, plan.folder, rendering); code != kExitOk) return code;
+        if (int code = writeDocumentAndPage(session, outputs, plan.folder, rendering, form); code != kExitOk) return code;
     }
-    if (int code = writeIndexPage(plan, fs::path(file).filename().string()); code != kExitOk) return code;
-    return unopened;
+    const std::string indexTitle = targets.size() == 1 ? fs::path(targets.front().file).filename().string() : "voka color";
+    if (int code = writeIndexPage(plan, indexTitle); code != kExitOk) return code;
+    return session.unopenedChapters() ? kExitBadInput : kExitOk;
 }
 
 int showInfo(Session& session, const std::vector<std::string>& files) {

@@ -12,11 +12,12 @@ int listMenus(Session& session);
 int runMenuCommand(Session& session, const std::string& tag, const std::string& file);
 
 struct ColorRequest {
-    std::string file;      // "" for the bundled example book
+    std::vector<std::string> files;  // none for the bundled example book
     std::string category;  // "" to keep the active one
     std::string scheme;
     std::string outDir = "voka-out";
     bool uncolor = false;
+    bool fullForm = false;  // the host's full form (ch.voka.xml) instead of each document's own
 };
 int colorFiles(Session& session, const ColorRequest& request);
 

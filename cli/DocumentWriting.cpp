@@ -1,5 +1,7 @@
 #include "cli/DocumentWriting.h"
 
+#include "cli/Commands.h"
+#include "cli/LocalDtd.h"
 #include "cli/Signals.h"
 #include "host/headless/HostPaths.h"
 #include "host/headless/persist/Persist.h"
@@ -7,6 +9,7 @@
 #include <filesystem>
 #include <future>
 #include <iostream>
+#include <set>
 #include <thread>
 
 namespace voka::cli {
@@ -17,6 +20,16 @@ namespace {
 int failed(const std::string& problem) {
     std::cerr << "voka: " << problem << "\n";
     return kExitFailed;
+}
+
+// A document in its own vocabulary takes along the DTD that lay beside it.
+int writeLocalDtd(const headless::Document& model, const std::string& input, const std::string& output,
+                  const std::string& outputFolder) {
+    std::vector<std::string> written;
+    std::string problem;
+    if (!copyLocalDtd(model.contentProlog, input, output, outputFolder, written, problem)) return failed(problem);
+    for (const std::string& path : written) std::cout << path << "\n";
+    return kExitOk;
 }
 
 // The mark goes first in the prolog, after the XML declaration, where a look at a file's head finds it.
@@ -52,17 +65,42 @@ std::vector<PlannedInput> inputsOf(Session& session, Handle target, const std::s
     return inputs;
 }
 
-// The two are written at once, the page on a thread of its own: both only
+int openTargets(Session& session, const std::vector<std::string>& files, std::vector<Target>& targets) {
+    for (const std::string& file : files.empty() ? std::vector<std::string>{exampleBook()} : files) {
+        const Handle object = session.openFile(file);
+        if (object == kNoObject) return kExitBadInput;
+        targets.push_back({file, object});
+        if (cancelRequested()) return kExitCancelled;
+    }
+    return kExitOk;
+}
+
+std::vector<PlannedInput> inputsOf(Session& session, const std::vector<Target>& targets) {
+    std::vector<PlannedInput> inputs;
+    std::set<std::string> seen;
+    for (const Target& target : targets)
+        for (PlannedInput& input : inputsOf(session, target.object, target.file))
+            if (seen.insert(fs::absolute(input.path).lexically_normal().string()).second) inputs.push_back(std::move(input));
+    return inputs;
+}
+
+void activate(Session& session, const Target& target) {
+    if (objectType(target.object) == kBookObject) session.host().setActiveBook(target.object);
+    else session.host().setActiveDocument(target.object);
+}
+
+// The document and its page are written at once, the page on a thread of its own: both only
 // read the model, so on two cores the longer of them sets the time. The page
 // takes its name only once the document is saved.
-int writeFullFormAndPage(Session& session, const DocumentOutputs& outputs, const std::string& outputFolder,
-                         const RenderingOf& renderingOf) {
+int writeDocumentAndPage(Session& session, const DocumentOutputs& outputs, const std::string& outputFolder,
+                         const RenderingOf& renderingOf, headless::SaveForm form) {
     headless::Document* model = session.host().mutableDocument(outputs.doc);
     if (!model) return kExitFailed;
     std::string problem;
     if (!makeFoldersFor(outputFolder, outputs.saved, problem)) return failed(problem);
     if (cancelRequested()) return kExitCancelled;
     model->applyCuts();  // the rendering reads element offsets directly
+    if (form == headless::SaveForm::AsRead && model->contentForm) markAsOutput(model->contentProlog);
     const Rendering rendering = renderingOf(*model);
     std::promise<bool> savedPromise;
     std::shared_future<bool> savedResult = savedPromise.get_future().share();
@@ -82,12 +120,14 @@ int writeFullFormAndPage(Session& session, const DocumentOutputs& outputs, const
     } catch (const std::system_error&) {
         // No thread to be had: the page is written after the save instead.
     }
-    const headless::SaveResult saved = headless::saveDocument(*model, outputs.saved, headless::SaveForm::Full);
+    const headless::SaveResult saved = headless::saveDocument(*model, outputs.saved, form);
     savedPromise.set_value(saved.ok);
     if (page.joinable()) page.join();
     else writePage();
     if (!saved.ok) return failed(saved.error);
     std::cout << outputs.saved << "\n";
+    if (form == headless::SaveForm::AsRead && model->contentForm)
+        if (int code = writeLocalDtd(*model, outputs.input, outputs.saved, outputFolder); code != kExitOk) return code;
     if (cancelRequested()) return kExitCancelled;
     if (!written) return failed(pageProblem.empty() ? "cannot write " + outputs.page : pageProblem);
     std::cout << outputs.page << "\n";
@@ -132,13 +172,14 @@ RenderingOf plainPicture(const DocumentOutputs& outputs) {
 int writePlainPictures(Session& session, const OutputPlan& plan, const std::string& indexTitle) {
     for (const DocumentOutputs& outputs : plan.documents) {
         if (cancelRequested()) return kExitCancelled;
-        if (int code = writeFullFormAndPage(session, outputs, plan.folder, plainPicture(outputs)); code != kExitOk)
+        if (int code = writeDocumentAndPage(session, outputs, plan.folder, plainPicture(outputs)); code != kExitOk)
             return code;
     }
     return writeIndexPage(plan, indexTitle);
 }
 
-int writeContentDocument(Session& session, Handle doc, const std::string& outputFolder, const std::string& path) {
+int writeContentDocument(Session& session, Handle doc, const std::string& input, const std::string& outputFolder,
+                         const std::string& path) {
     headless::Document* model = session.host().mutableDocument(doc);
     if (!model) return failed("the filtered document of " + path + " is not open");
     std::string problem;
@@ -148,7 +189,7 @@ int writeContentDocument(Session& session, Handle doc, const std::string& output
     const headless::SaveResult saved = headless::saveDocument(*model, path, headless::SaveForm::AsRead);
     if (!saved.ok) return failed(saved.error);
     std::cout << path << "\n";
-    return kExitOk;
+    return model->contentForm ? writeLocalDtd(*model, input, path, outputFolder) : kExitOk;
 }
 
 int writeBookFile(const std::vector<std::string>& chapters, const std::string& outputFolder, const std::string& path) {

@@ -124,7 +124,7 @@ int writeFilteredBook(Session& session, const OutputPlan& plan, Handle book) {
                       << headless::toDisplayText(session.host().path(doc)) << "\n";
             return kExitFailed;
         }
-        if (int code = writeContentDocument(session, doc, plan.folder, place->saved); code != kExitOk) return code;
+        if (int code = writeContentDocument(session, doc, place->input, plan.folder, place->saved); code != kExitOk) return code;
         warnWhereInvalid(session, doc, place->saved);
         chapters.push_back(place->saved);
     }
@@ -177,7 +177,7 @@ int filterFiles(Session& session, const FilterRequest& request) {
     }
     if (duplicate) {
         const std::string& output = plan.documents.front().saved;
-        if (int code = writeContentDocument(session, filtered, plan.folder, output); code != kExitOk) return code;
+        if (int code = writeContentDocument(session, filtered, plan.documents.front().input, plan.folder, output); code != kExitOk) return code;
         warnWhereInvalid(session, filtered, output);
         return unopened;
     }
@@ -185,7 +185,7 @@ int filterFiles(Session& session, const FilterRequest& request) {
         if (cancelRequested()) return kExitCancelled;
         const std::string title = fs::path(outputs.input).filename().string();
         auto rendering = [&](const headless::Document&) { return filterRendering(session, title); };
-        if (int code = writeFullFormAndPage(session, outputs, plan.folder, rendering); code != kExitOk) return code;
+        if (int code = writeDocumentAndPage(session, outputs, plan.folder, rendering); code != kExitOk) return code;
     }
     if (int code = writeIndexPage(plan, fs::path(file).filename().string()); code != kExitOk) return code;
     return unopened;

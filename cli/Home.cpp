@@ -19,6 +19,13 @@ std::string defaultHome() {
 
 std::string resourceDirectory() {
     if (const char* dir = std::getenv("VOKA_RESOURCES"); dir && *dir) return dir;
+    // An installed voka finds its files beside it, in ../share/voka; a built one in the source tree.
+    std::error_code ec;
+    const fs::path exe = fs::read_symlink("/proc/self/exe", ec);
+    if (!ec) {
+        const fs::path installed = exe.parent_path().parent_path() / "share" / "voka";
+        if (fs::is_directory(installed / "dialogs", ec)) return installed.string();
+    }
     return VOKA_RESOURCE_DIR;
 }
 

@@ -144,17 +144,23 @@ OutputPlan planOutputs(const std::string& folder, const std::vector<PlannedInput
         if (stem.size() > 5 && stem.ends_with(".voka") && file.extension() == ".xml") stem.resize(stem.size() - 5);
         if (stem.empty()) stem = "untitled";
         const std::string name = file.filename().string();
+        // A document written in its own form keeps its own name; only its picture's name may vary.
+        const bool ownName = kind == OutputKind::Documents;
+        const std::string ownPlace = (dir / name).string();
         std::string chosen;
         for (int attempt = 0; chosen.empty(); ++attempt) {
             const std::string candidate = attempt == 0   ? stem
                                           : attempt == 1 ? name
                                                          : name + "-" + std::to_string(attempt);
             const std::string page = (dir / (candidate + ".html")).string();
-            const std::string saved = (dir / (candidate + ".voka.xml")).string();
-            if (!taken.count(page) && !taken.count(saved)) chosen = candidate;
+            const std::string saved = ownName ? ownPlace : (dir / (candidate + ".voka.xml")).string();
+            if (!taken.count(page) && page != saved && (ownName || !taken.count(saved))) chosen = candidate;
         }
-        DocumentOutputs outputs{input.doc, file.string(), (dir / (chosen + ".voka.xml")).string(),
+        DocumentOutputs outputs{input.doc, file.string(),
+                                ownName ? ownPlace : (dir / (chosen + ".voka.xml")).string(),
                                 (dir / (chosen + ".html")).string()};
+        if (taken.count(outputs.saved) && plan.problem.empty())
+            plan.problem = "two outputs would be called " + outputs.saved + " (--form full names them .voka.xml)";
         taken.insert(outputs.saved);
         taken.insert(outputs.page);
         // A report's documents are pictured only: their full form is not written.

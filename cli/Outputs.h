@@ -20,6 +20,7 @@ namespace voka::cli {
 
 enum class OutputKind {
     Pictures,  // the full form and an HTML picture of each document, and an index page
+    Documents, // each document in the form it was read in under its own name, its picture, and an index page
     Content,   // each document in its own vocabulary, and the book file
     Report,    // each document's HTML picture, the report page as index, and the report documents
 };
@@ -27,7 +28,7 @@ enum class OutputKind {
 struct DocumentOutputs {
     Handle doc = kNoObject;
     std::string input;  // the document's file
-    std::string saved;  // the full-form copy, or the content-form document
+    std::string saved;  // the full-form copy, or the document in its own form
     std::string page;   // its HTML picture; "" for content
 };
 

@@ -4,20 +4,22 @@
 #include "host/headless/HostPaths.h"
 
 #include "cli/Signals.h"
+#include "coloring/ColoringMessages.h"
+#include "filtering/FilterRun.h"
 
 #include <filesystem>
 #include <iostream>
+#include <unordered_map>
+#include <unistd.h>
 
 namespace voka::cli {
 namespace {
 
-// --quiet: the status dialog prints nothing at all. A long interval alone
-// still lets its first line through.
-class QuietAgent final : public headless::BatchAgent {
-public:
-    using BatchAgent::BatchAgent;
-    void modelessDialogChanged(const headless::DialogView&) override {}
-};
+// The plug-in's notes that only say all went well, which --quiet leaves out.
+bool onlyInforms(const std::string& message) {
+    return message.ends_with(kBookColoringComplete) || message.ends_with(kFilterComplete) ||
+           message.find(" Welcome. Please let us know if you have any problems with the software.") != std::string::npos;
+}
 
 }  // namespace
 
@@ -38,11 +40,18 @@ bool Session::start() {
     headless::BatchOptions batch = std::move(options_.batch);
     batch.yes = options_.yes;
     batch.cancelRequested = cancelRequested;  // Ctrl-C is Esc, and the user means it
-    if (options_.quiet) agent_ = std::make_unique<QuietAgent>(std::cerr, std::move(batch));
-    else agent_ = std::make_unique<headless::BatchAgent>(std::cerr, std::move(batch));
+    using Progress = headless::BatchOptions::Progress;
+    // Progress is for someone watching: shown on a terminal, in a log only when asked for.
+    batch.progress = options_.quiet      ? Progress::None
+                     : ::isatty(2) != 0  ? Progress::Terminal
+                     : options_.progress ? Progress::Lines
+                                         : Progress::None;
+    if (options_.quiet) batch.onlyInforms = onlyInforms;
+    agent_ = std::make_unique<headless::BatchAgent>(std::cerr, std::move(batch));
 
     headless::HostConfig config;
     config.sessionDirectory = home_;
+    config.valueSeparators = options_.valueSeparators;
     writableFolders_.push_back(home_);
     auto refusal = [this](const std::string& systemPath) -> std::string {
         const std::filesystem::path target = std::filesystem::absolute(systemPath).lexically_normal();
@@ -97,16 +106,14 @@ void Session::allowSavesIn(const std::string& systemFolder) {
 }
 
 std::vector<Handle> Session::bookDocuments(Handle book) {
+    std::unordered_map<std::string, Handle> open;
+    for (Handle doc = host_->firstOpenDocument(); doc != kNoObject; doc = host_->nextOpenDocument(doc))
+        open.try_emplace(headless::normalHostPath(host_->path(doc)), doc);
     std::vector<Handle> documents;
     for (Handle component = host_->firstComponent(book); component != kNoObject;
          component = host_->nextComponent(book, component)) {
-        std::string wanted = headless::normalHostPath(host_->componentPath(book, component));
-        for (Handle doc = host_->firstOpenDocument(); doc != kNoObject; doc = host_->nextOpenDocument(doc)) {
-            if (headless::normalHostPath(host_->path(doc)) == wanted) {
-                documents.push_back(doc);
-                break;
-            }
-        }
+        const auto found = open.find(headless::normalHostPath(host_->componentPath(book, component)));
+        if (found != open.end()) documents.push_back(found->second);
     }
     return documents;
 }

@@ -26,8 +26,10 @@ enum ExitCode : int {
 struct SessionOptions {
     std::string home;       // "" for the default
     bool yes = false;       // answer Yes to questions
-    bool quiet = false;     // no progress lines
+    bool quiet = false;     // errors, warnings and questions only
+    bool progress = false;  // progress lines even when standard error is not a terminal
     headless::BatchOptions batch;  // answers and dialog scripts
+    headless::ValueSeparators valueSeparators;  // --value-separator
 };
 
 class Session {

@@ -19,11 +19,6 @@ namespace fs = std::filesystem;
 
 namespace {
 
-struct Target {
-    std::string file;
-    Handle object = kNoObject;
-};
-
 // A finding as the plug-in found it, before its position is known.
 struct Located {
     Finding finding;
@@ -161,15 +156,8 @@ int keepReport(Session& session, const OutputPlan& plan, const std::string& path
 
 int validateFiles(Session& session, const ValidateRequest& request) {
     std::vector<Target> targets;
-    for (const std::string& file : request.files.empty() ? std::vector<std::string>{exampleBook()} : request.files) {
-        const Handle object = session.openFile(file);
-        if (object == kNoObject) return kExitBadInput;
-        targets.push_back({file, object});
-        if (cancelRequested()) return kExitCancelled;
-    }
-    std::vector<PlannedInput> inputs;
-    for (const Target& t : targets)
-        for (const PlannedInput& input : inputsOf(session, t.object, t.file)) inputs.push_back(input);
+    if (int code = openTargets(session, request.files, targets); code != kExitOk) return code;
+    const std::vector<PlannedInput> inputs = inputsOf(session, targets);
     const OutputPlan plan = planOutputs(request.outDir, inputs, OutputKind::Report, static_cast<int>(targets.size()));
     if (!plan.problem.empty()) {
         std::cerr << "voka: " << plan.problem << " (choose another --out)\n";
@@ -192,8 +180,7 @@ int validateFiles(Session& session, const ValidateRequest& request) {
     for (std::size_t t = 0; t < targets.size(); ++t) {
         const Target& target = targets[t];
         const bool book = objectType(target.object) == kBookObject;
-        if (book) session.host().setActiveBook(target.object);
-        else session.host().setActiveDocument(target.object);
+        activate(session, target);
         // The active scheme dialog comes first when the preferences ask for it: OK keeps the scheme.
         session.agent().addDialogScript(schemeChoice("", ""));
         state.lastCommandResult = 0;

@@ -11,7 +11,9 @@
 
 #include <CLI/CLI.hpp>
 
+#include <cctype>
 #include <cstdlib>
+#include <map>
 #include <iostream>
 
 namespace {
@@ -57,7 +59,16 @@ int main(int argc, char** argv) {
                    "Per-user folder (the host session directory); default $XDG_CONFIG_HOME/voka or "
                    "~/.config/voka, created and set up on first use. A folder given here must exist.");
     app.add_flag("-y,--yes", options.yes, "Answer Yes to the plug-in's questions (default: No)");
-    app.add_flag("-q,--quiet", options.quiet, "No progress lines on standard error");
+    app.add_flag("-q,--quiet", options.quiet,
+                 "Print only errors, warnings and questions on standard error: no progress, no notes that all went well");
+    std::vector<std::string> separators;
+    app.add_option("--value-separator", separators,
+                   "ATTR=C: the values of attribute ATTR are several, separated by the character C (DocBook's "
+                   "profiling attributes take ';' already); ATTR= reads its value as one. Repeatable")
+        ->type_name("ATTR=C");
+    app.add_flag("--progress", options.progress,
+                 "Progress lines (the file, elements done of all, elements a second) even when standard error is not a "
+                 "terminal; on a terminal they are shown anyway");
 
     auto* menus = app.add_subcommand("menus", "List the plug-in's menus and commands, per host menu");
 
@@ -71,22 +82,32 @@ int main(int argc, char** argv) {
                         "(repeatable; unanswered dialogs are cancelled)");
 
     voka::cli::ColorRequest colorRequest;
-    auto* color = app.add_subcommand("color", "Colour a document or a book with a coloring scheme and write the "
-                                              "coloured document and its HTML rendering");
-    color->add_option("FILE", colorRequest.file, "XML document or book file (default: the bundled example book)");
+    auto* color = app.add_subcommand("color", "Colour documents and books with a coloring scheme and write each "
+                                              "coloured document, in its own form, and its HTML picture");
+    color->add_option("FILE", colorRequest.files,
+                      "XML documents, books, DITA maps or XInclude books, each in turn (default: the bundled example book)");
     color->add_option("--category", colorRequest.category, "Scheme category (default: the active one)");
     color->add_option("--scheme", colorRequest.scheme, "Coloring scheme (default: the active one)");
-    color->add_option("-o,--out", colorRequest.outDir, "Output folder (each input at its path relative to the book's folder)")->capture_default_str();
+    color->add_option("-o,--out", colorRequest.outDir,
+                      "Output folder (each document at its path relative to the inputs' common folder, under its own "
+                      "name, with its picture NAME.html and an index.html)")
+        ->capture_default_str();
+    color->add_option("--form", colorRequest.fullForm,
+                      "own: each document in its own vocabulary, the colouring kept as processing instructions "
+                      "(default); full: the host's full form, NAME.voka.xml")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, bool>{{"own", false}, {"full", true}}));
 
     voka::cli::ColorRequest uncolorRequest;
     uncolorRequest.uncolor = true;
-    auto* uncolor = app.add_subcommand("uncolor", "Remove all colouring (every format override) from a document "
-                                                  "or a book and write the result");
-    uncolor->add_option("FILE", uncolorRequest.file, "XML document or book file (default: the bundled example book)");
+    auto* uncolor = app.add_subcommand("uncolor", "Remove all colouring (every format override) from documents "
+                                                  "and books and write the result");
+    uncolor->add_option("FILE", uncolorRequest.files, "XML documents or books, each in turn (default: the bundled example book)");
     uncolor->add_option("--category", uncolorRequest.category,
                         "Scheme category to make active first (uncolouring needs an active coloring scheme)");
     uncolor->add_option("--scheme", uncolorRequest.scheme, "Coloring scheme to make active first");
     uncolor->add_option("-o,--out", uncolorRequest.outDir, "Output folder")->capture_default_str();
+    uncolor->add_option("--form", uncolorRequest.fullForm, "own (default) or full, as for color")
+        ->transform(CLI::CheckedTransformer(std::map<std::string, bool>{{"own", false}, {"full", true}}));
 
     voka::cli::FilterRequest filterRequest;
     auto* filter = app.add_subcommand(
@@ -173,6 +194,16 @@ int main(int argc, char** argv) {
         return app.exit(error) == 0 ? ExitCode::kExitOk : ExitCode::kExitUsage;
     }
 
+    for (const std::string& text : separators) {
+        const std::size_t equals = text.find('=');
+        if (equals == 0 || equals == std::string::npos || text.size() > equals + 2 ||
+            (text.size() == equals + 2 && (std::isalnum(static_cast<unsigned char>(text.back())) || text.back() == '"'))) {
+            std::cerr << "voka: --value-separator " << text
+                      << ": expected ATTR=C with one character C that is not a letter or digit, or ATTR=\n";
+            return ExitCode::kExitUsage;
+        }
+        options.valueSeparators[text.substr(0, equals)] = text.size() == equals + 2 ? text.back() : '\0';
+    }
     for (const std::string& text : dialogScripts) {
         DialogScript script;
         std::string error;

@@ -15,7 +15,6 @@ namespace voka {
 
 namespace {
 
-constexpr const char* kComplete = "Filter complete.";
 constexpr const char* kBookNotSaved =
     "A critical error occurred while saving the original book. This is likely due to a software bug. Please "
     "contact Brindel. The filter will abort";
@@ -107,7 +106,7 @@ int filterDocument(Host& host, PluginState& state, int interactive) {
         if (!duplicate) RestoreDocument(host, state, doc, state.restoreDocOption);
     }
     closeStatus(host, state);
-    tell(host, interactive, kComplete);
+    tell(host, interactive, kFilterComplete);
     return result;
 }
 
@@ -184,7 +183,7 @@ int filterBook(Host& host, PluginState& state, int interactive) {
     if (!removed.empty()) tell(host, interactive, withTexts(duplicate ? kRemovedFromBook : kHiddenInBook, {removed}));
     if (duplicate) tell(host, interactive, kNewBookOpen);
     closeStatus(host, state);
-    tell(host, interactive, kComplete);
+    tell(host, interactive, kFilterComplete);
     return result;
 }
 
@@ -215,7 +214,7 @@ int FilterRun(Host& host, PluginState& state, int showProgress, int interactive)
     if (scope == kFilterScopeBook) return filterBook(host, state, interactive);
     if (scope == kFilterScopeDocument) return filterDocument(host, state, interactive);
     closeStatus(host, state);
-    tell(host, interactive, kComplete);
+    tell(host, interactive, kFilterComplete);
     return kFilterRunStopped;
 }
 

@@ -9,6 +9,9 @@
 
 namespace voka {
 
+// The note a finished filter run ends with.
+inline constexpr const char* kFilterComplete = "Filter complete.";
+
 // Run results besides the filtered document's or book's handle.
 inline constexpr int kFilterRunStopped = 0;       // cancelled, aborted or declined
 inline constexpr int kFilterRunCopyFailed = 106;  // the duplicate or the moved book could not be made

@@ -72,7 +72,7 @@ TEST(BrowserShows, EveryChapterAsSavedAndAsTheSchemeSays) {
             const PageProbe& page = probes[i];
             ASSERT_EQ("", page.error);
             std::string error;
-            std::unique_ptr<headless::Document> saved = loadSaved(out + "/" + kChapters[i] + ".voka.xml", error);
+            std::unique_ptr<headless::Document> saved = loadSaved(out + "/" + kChapters[i] + ".xml", error);
             ASSERT_TRUE(saved) << error;
             EXPECT_GT(page.texts.size(), elementsInOrder(*saved).size() / 2) << "the page shows the chapter's text";
             EXPECT_EQ("", shownAgainstSaved(page, *saved));

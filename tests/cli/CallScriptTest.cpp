@@ -39,7 +39,7 @@ TEST(VokaCall, READMEsScriptPrintsTheAnswersItShows) {
     ASSERT_FALSE(readme.script.empty() || readme.answers.empty()) << "README keeps its script and answers";
     writeFile(scratch / "script.txt", readme.script);
     const std::string book = sourceDirectory() + "/resources/example/book/example.book";
-    const ProcessResult run = runProcess({"/bin/sh", "-c", "exec \"$0\" --home \"$1\" --quiet call --open \"$2\" --out \"$3\" - < \"$4\"",
+    const ProcessResult run = runProcess({"/bin/sh", "-c", "exec \"$0\" --home \"$1\" call --open \"$2\" --out \"$3\" - < \"$4\"",
                                          VOKA_EXE, home, book, scratch / "out", scratch / "script.txt"});
     ASSERT_EQ(0, run.exitCode) << run.err;
     EXPECT_EQ(readme.answers, run.out.substr(0, readme.answers.size())) << run.out;

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <map>
+
 namespace voka::test {
 namespace {
 
@@ -25,7 +28,7 @@ protected:
         colouring = runVoka(home(), {"color", "--out", coloured()});
         // The coloured chapters as a book of their own.
         std::string book = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<voka-book version=\"1\">\n";
-        for (const char* chapter : kChapters) book += "  <component path=\"coloured/" + std::string(chapter) + ".voka.xml\"/>\n";
+        for (const char* chapter : kChapters) book += "  <component path=\"coloured/" + std::string(chapter) + ".xml\"/>\n";
         writeFile(colouredBook(), book + "</voka-book>\n");
     }
     static void TearDownTestSuite() { delete scratch; }
@@ -38,43 +41,70 @@ protected:
     static inline ProcessResult colouring;
 };
 
-TEST_F(VokaColor, WritesEveryChapterInFullFormWithItsPageAndAnIndex) {
+// Tags and attribute values of every element, in document order: what a round trip must keep.
+std::string structureOf(const headless::Document& doc) {
+    std::string text;
+    for (headless::Index e : elementsInOrder(doc)) {
+        const headless::Element& element = doc.elements[e];
+        const headless::ElementDefinition& definition = doc.definitions[element.definition];
+        // In name order: a reader without the DTD defines attributes in the order it meets them.
+        std::map<std::string, std::string> attributes;
+        for (std::size_t a = 0; a < definition.attributes.size(); ++a)
+            for (const std::string& value : doc.values.get(doc.attributeValues(e, a)))
+                attributes[definition.attributes[a].name] += " " + value;
+        text += "<" + definition.tag;
+        for (const auto& [name, values] : attributes) text += " " + name + "=" + values;
+        text += ">";
+    }
+    return text;
+}
+
+TEST_F(VokaColor, WritesEveryChapterInItsOwnFormOrTheFullFormWithItsPageAndAnIndex) {
     const std::string single = *scratch / "single";
     struct Case {
         ProcessResult run;
         std::string out;
         std::vector<std::string> chapters;  // those written
+        std::string suffix;                 // of the saved chapters
         std::string err;
         const std::vector<ExpectedLook>& looks;
     } cases[] = {
-        {colouring, coloured(), kAllChapters, pluginMessage("Book coloring complete."), kByAudienceLooks},
-        {runVoka(home(), {"color", chapterSource("04-release-notes"), "--scheme", "Release status", "--out", single}),
-         single, {"04-release-notes"}, "" /* colouring one document says nothing when it goes well */, kReleaseStatusLooks},
+        {colouring, coloured(), kAllChapters, ".xml", pluginMessage("Book coloring complete."), kByAudienceLooks},
+        {runVoka(home(), {"color", chapterSource("04-release-notes"), "--scheme", "Release status", "--form", "full",
+                          "--out", single}),
+         single, {"04-release-notes"}, ".voka.xml", "" /* colouring one document says nothing when it goes well */,
+         kReleaseStatusLooks},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.out);
         EXPECT_EQ(0, c.run.exitCode);
         EXPECT_EQ(c.err, c.run.err);
+        // A document in its own form takes along the DTD that lay beside it, once.
+        const bool own = c.suffix == ".xml";
         std::string printed, listing;
         for (const std::string& chapter : c.chapters) {
-            printed += c.out + "/" + chapter + ".voka.xml\n" + c.out + "/" + chapter + ".html\n";
-            listing += chapter + ".html\n" + chapter + ".voka.xml\n";
+            printed += c.out + "/" + chapter + c.suffix + "\n" + (own && printed.empty() ? c.out + "/voka-example.dtd\n" : "") +
+                       c.out + "/" + chapter + ".html\n";
+            listing += chapter + ".html\n" + chapter + c.suffix + "\n";
         }
         EXPECT_EQ(printed + c.out + "/index.html\n", c.run.out) << "voka names every file it wrote";
-        EXPECT_EQ(listing + "index.html\n", fileListing(c.out));
+        EXPECT_EQ(listing + "index.html\n" + (own ? "voka-example.dtd\n" : ""), fileListing(c.out));
 
         const std::string index = readFile(c.out + "/index.html");
         for (const std::string& chapter : c.chapters) {
             SCOPED_TRACE(chapter);
             EXPECT_NE(std::string::npos, index.find("<a href=\"" + chapter + ".html\">")) << index;
-            auto saved = load(c.out + "/" + chapter + ".voka.xml");
+            auto saved = load(c.out + "/" + chapter + c.suffix);
             auto source = load(chapterSource(chapter));
             ASSERT_TRUE(saved && source);
-            EXPECT_FALSE(saved->contentForm) << "the output is the host's full form";
+            EXPECT_EQ(c.suffix == ".xml", saved->contentForm) << "the document's own form unless --form full";
             ASSERT_EQ(source->flows.size(), saved->flows.size());
             EXPECT_EQ(source->flows[0].text, saved->flows[0].text) << "colouring changes no text";
-            EXPECT_EQ(elementsInOrder(*source).size(), elementsInOrder(*saved).size());
-            EXPECT_EQ("", savedLookMismatches(*saved, chapter, c.looks));
+            EXPECT_EQ(structureOf(*source), structureOf(*saved)) << "colouring changes no element or attribute";
+            EXPECT_EQ("", savedLookMismatches(*saved, chapter, c.looks)) << "the colouring comes back on reading";
+            if (!saved->contentForm) continue;
+            const ProcessResult valid = runProcess({"/usr/bin/xmllint", "--valid", "--noout", c.out + "/" + chapter + c.suffix});
+            EXPECT_EQ(0, valid.exitCode) << "valid against the DTD as its input is: " << valid.err;
         }
     }
 }
@@ -89,8 +119,8 @@ TEST_F(VokaColor, ColoringAgainWithAnotherSchemeLeavesOnlyThatSchemesColours) {
     for (const char* chapter : kChapters) {
         SCOPED_TRACE(chapter);
         // Outputs keep the inputs' places below the book's folder.
-        auto recoloured = load(again + "/coloured/" + chapter + ".voka.xml");
-        auto fresh = load(direct + "/" + chapter + ".voka.xml");
+        auto recoloured = load(again + "/coloured/" + chapter + ".xml");
+        auto fresh = load(direct + "/" + chapter + ".xml");
         ASSERT_TRUE(recoloured && fresh);
         EXPECT_EQ("", lookDifferences(*fresh, *recoloured))
             << "a coloured chapter coloured again must look as the plain chapter coloured once";
@@ -104,7 +134,7 @@ TEST_F(VokaColor, UncolorRemovesEveryColourAndStyleFromAChapterAndABook) {
         std::vector<std::string> chapters;
         std::string folder;  // of the outputs, below --out
     };
-    for (const Case& c : {Case{coloured() + "/03-configure.voka.xml", {"03-configure"}, ""},
+    for (const Case& c : {Case{coloured() + "/03-configure.xml", {"03-configure"}, ""},
                           Case{colouredBook(), kAllChapters, "/coloured"}}) {
         SCOPED_TRACE(c.input);
         const std::string out = *scratch / ("plain-" + std::to_string(c.chapters.size()));
@@ -117,8 +147,8 @@ TEST_F(VokaColor, UncolorRemovesEveryColourAndStyleFromAChapterAndABook) {
                   run.err);
         for (const std::string& chapter : c.chapters) {
             SCOPED_TRACE(chapter);
-            auto before = load(coloured() + "/" + chapter + ".voka.xml");
-            auto after = load(out + c.folder + "/" + chapter + ".voka.xml");
+            auto before = load(coloured() + "/" + chapter + ".xml");
+            auto after = load(out + c.folder + "/" + chapter + ".xml");
             ASSERT_TRUE(before && after);
             ASSERT_EQ(before->flows.size(), after->flows.size());
             for (std::size_t f = 0; f < after->flows.size(); ++f) {
@@ -140,6 +170,33 @@ TEST_F(VokaColor, PagesKeepListingsAndShowAttributes) {
     EXPECT_NE(std::string::npos, page.find("title=\"platform=windows\" data-tag=\"tr\"")) << "a row shows its attribute";
     EXPECT_NE(std::string::npos, page.find("title=\"platform=linux; audience=novice; product=pro fleet\""))
         << "several attributes, and several values";
+}
+
+}  // namespace
+}  // namespace voka::test
+
+namespace voka::test {
+namespace {
+
+// A vocabulary that lists values with commas is read so with --value-separator, and written back as it stood.
+TEST_F(VokaColor, ValueSeparatorsOnTheCommandLine) {
+    const std::string in = *scratch / "commas", out = *scratch / "commas-out";
+    std::filesystem::create_directories(in);
+    writeFile(in + "/doc.xml", "<?xml version=\"1.0\"?>\n<doc><p audience=\"expert,novice\">Both.</p></doc>\n");
+    struct Case {
+        std::vector<std::string> separators;
+        bool coloured;
+    } cases[] = {{{}, false}, {{"--value-separator", "audience=,"}, true}};
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.coloured);
+        std::vector<std::string> args = c.separators;
+        args.insert(args.end(), {"color", in + "/doc.xml", "--out", out});
+        const ProcessResult run = runVoka(home(), args);
+        ASSERT_EQ(0, run.exitCode) << run.err;
+        const std::string saved = readFile(out + "/doc.xml");
+        EXPECT_NE(saved.find("audience=\"expert,novice\""), std::string::npos) << saved;
+        EXPECT_EQ(c.coloured, saved.find("<?voka-format") != std::string::npos) << saved;
+    }
 }
 
 }  // namespace

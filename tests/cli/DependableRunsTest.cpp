@@ -11,6 +11,7 @@
 #include <fcntl.h>
 #include <filesystem>
 #include <functional>
+#include <sstream>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -61,7 +62,9 @@ TEST_F(DependableRuns, EveryExitCodeAsReadmeSaysAndNothingLeaksOrIsLost) {
         {"an output over its own input", files({{"page.html", chapter("mine")}}), {"color", "@IN@/page.html", "--out", "@IN@"}, 2,
          "page.html: it is one of the inputs"},
         {"an index voka did not write", files({{"ch.xml", chapter("x")}, {"index.html", "<p>my own page</p>"}}),
-         {"color", "@IN@/ch.xml", "--out", "@IN@"}, 2, "index.html: voka did not write it"},
+         {"color", "@IN@/ch.xml", "--form", "full", "--out", "@IN@"}, 2, "index.html: voka did not write it"},
+        {"a document over itself", files({{"ch.xml", chapter("x")}}), {"color", "@IN@/ch.xml", "--out", "@IN@"}, 2,
+         "ch.xml: it is one of the inputs"},
         {"a link planted in the output folder",
          [](const std::string& in) {
              writeFile(in + "/ch.xml", chapter("x"));
@@ -112,9 +115,11 @@ TEST_F(DependableRuns, EveryExitCodeAsReadmeSaysAndNothingLeaksOrIsLost) {
         EXPECT_NE(run.err.find(c.said), std::string::npos) << run.err;
         EXPECT_EQ(run.out.find(kSecret), std::string::npos);
         EXPECT_EQ(run.err.find(kSecret), std::string::npos);
-        for (const auto& [name, content] : snapshot(scratch.path))
-            if (name.rfind("home/", 0) != 0 && name != "secret.txt")
+        for (const auto& [name, content] : snapshot(scratch.path)) {
+            if (name.rfind("home/", 0) != 0 && name != "secret.txt") {
                 EXPECT_EQ(content.find(kSecret), std::string::npos) << name << " holds the secret";
+            }
+        }
         // Inputs stay as they were, whatever the run did.
         for (const auto& [name, content] : before) {
             const std::string now = fs::is_symlink(in + "/" + name) ? content : readFile(in + "/" + name);
@@ -134,11 +139,14 @@ TEST_F(DependableRuns, CommandLineHabits) {
         book += std::string("<component path=\"") + name + "\"/>";
     }
     writeFile(in + "/b.book", book + "</voka-book>");
+    const std::string fresh = scratch / "fresh";
+    fs::create_directories(fresh);
     struct Case {
         const char* name;
         std::vector<std::string> argv;
         int exit;
         std::string out, err;  // each a part of what is printed
+        std::string notErr = "\x01";  // what must not be printed
     } cases[] = {
         {"a bare voka", {VOKA_EXE}, 2, "Usage: voka [OPTIONS] SUBCOMMAND", ""},
         {"the version", {VOKA_EXE, "--version"}, 0, "voka 1.", ""},
@@ -148,6 +156,12 @@ TEST_F(DependableRuns, CommandLineHabits) {
          "name one with --home DIR"},
         {"one warning for three files", {VOKA_EXE, "--home", home, "-q", "info", in + "/b.book"}, 0, "",
          "the same for 2 more files: the DTD \"gone.dtd\" could not be read"},
+        {"quiet keeps warnings, drops notes", {VOKA_EXE, "--home", fresh, "-q", "color", in + "/b.book", "-o", out}, 0,
+         out + "/c.html", "gone.dtd", "Welcome"},
+        {"several files, one index", {VOKA_EXE, "--home", home, "color", in + "/a.xml", in + "/c.xml", "-o", out}, 0,
+         out + "/c.xml\n" + out + "/c.html\n" + out + "/index.html\n", ""},
+        {"a separator of letters", {VOKA_EXE, "--home", home, "--value-separator", "os=x", "info", in + "/a.xml"}, 2, "",
+         "expected ATTR=C"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -157,11 +171,37 @@ TEST_F(DependableRuns, CommandLineHabits) {
         EXPECT_EQ(c.exit, run.exitCode) << run.err;
         EXPECT_NE(std::string::npos, run.out.find(c.out)) << run.out;
         EXPECT_NE(std::string::npos, run.err.find(c.err)) << run.err;
+        EXPECT_EQ(std::string::npos, run.err.find(c.notErr)) << run.err;
         std::size_t said = 0;
         for (std::size_t at = run.err.find("gone.dtd"); at != std::string::npos; at = run.err.find("gone.dtd", at + 1)) ++said;
         EXPECT_LE(said, 2u) << "a warning is printed once, then counted";
     }
     EXPECT_FALSE(fs::exists(in + "/.voka")) << "voka writes no settings into the working folder";
+    const std::string index = readFile(out + "/index.html");
+    EXPECT_NE(index.find("href=\"a.html\""), std::string::npos) << "one index for every file: " << index;
+
+    // Every command --help lists is in the manual page and completes in bash.
+    const std::string help = runProcess({VOKA_EXE, "--help"}).out;
+    const std::string manual = readFile(sourceDirectory() + "/docs/voka.1");
+    const std::string script = readFile(sourceDirectory() + "/scripts/voka-completion.bash");
+    const std::size_t from = script.find("commands=\"") + 10;
+    const std::string completion = " " + script.substr(from, script.find('"', from) - from) + " ";
+    const std::size_t listed = help.find("Subcommands:");
+    ASSERT_NE(listed, std::string::npos) << help;
+    std::istringstream lines(help.substr(listed));
+    int commands = 0;
+    for (std::string line; std::getline(lines, line);) {
+        std::istringstream words(line);
+        std::string command;
+        if (line.rfind("  ", 0) != 0 || !(words >> command)) continue;
+        SCOPED_TRACE(command);
+        ++commands;
+        std::string roff;  // a hyphen in a manual page is "\-"
+        for (char ch : command) roff += ch == '-' ? std::string("\\-") : std::string(1, ch);
+        EXPECT_NE(manual.find("\\fB" + roff + "\\fR"), std::string::npos) << "voka.1 describes it";
+        EXPECT_NE(completion.find(" " + command + " "), std::string::npos) << "bash completes it";
+    }
+    EXPECT_GE(commands, 13);
 }
 
 TEST_F(DependableRuns, ChaptersOfTheSameNameEachKeepTheirPage) {
@@ -178,8 +218,8 @@ TEST_F(DependableRuns, ChaptersOfTheSameNameEachKeepTheirPage) {
     ProcessResult run = runVoka(home, {"color", in + "/book.book", "--out", out});
     ASSERT_EQ(0, run.exitCode) << run.err;
     // In book order, the first of two alike takes the short name.
-    EXPECT_EQ("a/ch.html\na/ch.voka.xml\nb/ch.html\nb/ch.voka.xml\nch.html\nch.voka.xml\nch.xml.html\nch.xml.voka.xml\n"
-              "index.html\nindex.xml.html\nindex.xml.voka.xml\n",
+    EXPECT_EQ("a/ch.html\na/ch.xml\nb/ch.html\nb/ch.xml\nch.dita\nch.html\nch.xml\nch.xml.html\n"
+              "index.html\nindex.xml\nindex.xml.html\n",
               fileListing(out));
     const std::pair<const char*, const char*> pages[] = {
         {"a/ch.html", "first"}, {"b/ch.html", "second"}, {"index.xml.html", "third"}, {"ch.html", "fourth"}, {"ch.xml.html", "fifth"}};
@@ -244,7 +284,7 @@ TEST_F(DependableRuns, ASignalCancelsAndLeavesNothingHalfWritten) {
         fs::remove_all(out);
         const std::string errors = scratch / "stderr.txt";
         fs::remove(errors);  // what the last run said must not count for this one
-        std::vector<std::string> args{VOKA_EXE, "--home", home};
+        std::vector<std::string> args{VOKA_EXE, "--home", home, "--progress"};
         args.insert(args.end(), command.begin(), command.end());
         args.insert(args.end(), {"--out", out});
         std::vector<char*> argv;

@@ -234,7 +234,7 @@ TEST_F(VokaSettings, TheMinimalFileOfTheDocumentationColoursFiltersAndValidates)
         {"color", {"color", doc, "--category", "Manuals", "--scheme", "Audience colours", "--out", own / "coloured"}, 0,
          [&](const ProcessResult&) {
              std::string error;
-             const auto saved = loadSaved(own / "coloured/doc.voka.xml", error);
+             const auto saved = loadSaved(own / "coloured/doc.xml", error);
              if (!saved) return error;
              const headless::Flow& flow = saved->flows[0];
              std::string problems;

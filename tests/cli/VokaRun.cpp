@@ -24,7 +24,7 @@ std::string chapterSource(const std::string& chapter) {
 }
 
 ProcessResult runVoka(const std::string& home, const std::vector<std::string>& args, const RunOptions& options) {
-    std::vector<std::string> argv{VOKA_EXE, "--home", home, "--quiet"};
+    std::vector<std::string> argv{VOKA_EXE, "--home", home};
     argv.insert(argv.end(), args.begin(), args.end());
     return runProcess(argv, options);
 }

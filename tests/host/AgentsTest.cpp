@@ -1,76 +1,14 @@
-// The two users of the headless host: the scripted one of the tests and the
-// batch one of the command line.
+// The user of the command line: the batch agent's answers, what it prints,
+// its dialog scripts, and paths in the host's notation.
 #include "HostFixture.h"
 
 #include "host/headless/BatchAgent.h"
 
 #include <sstream>
+#include <thread>
 
 namespace voka::headless::testing {
 namespace {
-
-TEST(ScriptedAgent, TranscriptKeepsTheExactWords) {
-    std::vector<std::string> failures;
-    ScriptedAgent agent([&](const std::string& what) { failures.push_back(what); });
-    agent.answerYes();
-    agent.answerPrompt("My scheme");
-    agent.cancelPrompt();
-    EXPECT_EQ(agent.alert("-- VOKA plugin message --\n\nDone.", kAlertContinueWarning), 0);
-    EXPECT_EQ(agent.alert("Sure?  Really?", kAlertYesDefault), 0);
-    std::string answer = "unchanged";
-    EXPECT_EQ(agent.promptString("Name?", "{...}", answer), 0);
-    EXPECT_EQ(answer, "My scheme");
-    EXPECT_NE(agent.promptString("Other?", "", answer), 0);
-    EXPECT_EQ(answer, "My scheme");
-    const std::vector<TranscriptEntry> expected = {
-        {Said::Alert, "-- VOKA plugin message --\n\nDone."},
-        {Said::Question, "Sure?  Really?"},
-        {Said::Prompt, "Name?"},
-        {Said::Prompt, "Other?"},
-    };
-    EXPECT_EQ(agent.transcript(), expected);
-    EXPECT_TRUE(failures.empty());
-    EXPECT_EQ(agent.unusedAnswers(), 0u);
-}
-
-TEST(ScriptedAgent, WhatWasNotScriptedIsATestFailure) {
-    struct Case {
-        const char* name;
-        std::function<int(ScriptedAgent&, std::string&)> ask;
-        int answer;  // No / cancel; a continue alert needs no answer
-        std::size_t failures;
-    };
-    const Case cases[] = {
-        {"a question", [](ScriptedAgent& a, std::string&) { return a.alert("Delete?", kAlertYesDefault); }, 1, 1},
-        {"a prompt", [](ScriptedAgent& a, std::string& s) { return a.promptString("Name?", "", s); }, 1, 1},
-        {"a file chooser",
-         [](ScriptedAgent& a, std::string& s) { return a.chooseFile("Open", "\\tmp\\", "", kChooseOpen, s); }, 1, 1},
-        {"a continue alert", [](ScriptedAgent& a, std::string&) { return a.alert("Note", kAlertContinueNote); }, 0, 0},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        std::vector<std::string> failures;
-        ScriptedAgent agent([&](const std::string& what) { failures.push_back(what); });
-        std::string text;
-        EXPECT_EQ(c.ask(agent, text), c.answer);
-        EXPECT_EQ(failures.size(), c.failures);
-        EXPECT_EQ(agent.unexpected(), failures);
-    }
-}
-
-TEST(ScriptedAgent, EscPressedAfterSomeElements) {
-    HostFixture f;
-    TreeBuilder b;
-    b.open("Chapter");
-    for (int i = 0; i < 30; ++i) b.leaf("Para", {}, "p");
-    const Handle doc = b.build(f.host, f.folder.hostPath("esc.xml"));
-    f.agent.pressEscAfterElements(15);
-    int step = 0;
-    for (Handle e = f.host.firstChild(doc, root(f.host, doc)); e != kNoObject; e = f.host.nextSibling(doc, e))
-        if (++step % 5 == 0 && f.host.userCancelled()) break;
-    EXPECT_EQ(step, 15);
-    EXPECT_FALSE(f.host.userCancelled());  // one press, one cancel
-}
 
 TEST(BatchAgent, AnswersAsTheCommandLineSaysAndPrintsEverything) {
     for (const bool yes : {false, true}) {
@@ -103,6 +41,7 @@ TEST(BatchAgent, AnswersAsTheCommandLineSaysAndPrintsEverything) {
 TEST(BatchAgent, EveryStepIsPrintedAndWhatChangesWithinOneSparingly) {
     std::ostringstream out;
     BatchOptions options;
+    options.progress = BatchOptions::Progress::Lines;
     options.progressInterval = std::chrono::hours(1);
     bool ctrlC = false;
     options.cancelRequested = [&] { return ctrlC; };
@@ -122,6 +61,52 @@ TEST(BatchAgent, EveryStepIsPrintedAndWhatChangesWithinOneSparingly) {
     EXPECT_FALSE(agent.userCancelled(0));
     ctrlC = true;
     EXPECT_TRUE(agent.userCancelled(0));
+}
+
+// Progress is for someone watching: none unless asked for, lines in a log, one line written over on a terminal.
+TEST(BatchAgent, ProgressSaysTheFileHowFarAndHowFast) {
+    using Progress = BatchOptions::Progress;
+    struct Case {
+        Progress progress;
+        std::string printed;
+    } cases[] = {
+        {Progress::None, ""},
+        {Progress::Lines, "voka: Please wait...\nvoka: ch.xml: 50,000 of 1,200,000 elements, "},
+        {Progress::Terminal, "\r\033[Kvoka: Please wait...\r\033[Kvoka: ch.xml: 50,000 of 1,200,000 elements, "},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(static_cast<int>(c.progress));
+        std::ostringstream out;
+        BatchOptions options;
+        options.progress = c.progress;
+        options.progressInterval = std::chrono::milliseconds(0);
+        BatchAgent agent(out, options);
+        agent.modelessDialogChanged({"br_Dialog_Status", "Coloring", {"", "Please wait...", "", ""}});
+        const std::string path = "/books/ch.xml";
+        agent.progress({path, 1, 1200000});
+        std::this_thread::sleep_for(std::chrono::milliseconds(250));
+        agent.progress({path, 50000, 1200000});
+        const std::string printed = out.str();
+        EXPECT_EQ(printed.substr(0, c.printed.size()), c.printed);
+        if (c.progress != Progress::None) EXPECT_NE(printed.find(" a second"), std::string::npos) << printed;
+        agent.alert("Done.", kAlertContinueWarning);
+        if (c.progress == Progress::Terminal)
+            EXPECT_NE(out.str().find("\r\033[KDone.\n"), std::string::npos) << "a message takes the progress line's place";
+    }
+}
+
+TEST(BatchAgent, QuietLeavesOutOnlyNotesThatAllWentWell) {
+    std::ostringstream out;
+    BatchOptions options;
+    options.onlyInforms = [](const std::string& message) { return message.ends_with("complete."); };
+    BatchAgent agent(out, options);
+    agent.alert("Filter complete.", kAlertContinueWarning);
+    agent.alert("The file could not be saved.", kAlertContinueWarning);
+    agent.alert("Continue?", kAlertYesDefault);
+    agent.hostMessage(Said::Warning, "a.xml: odd");
+    agent.hostMessage(Said::Error, "b.xml: broken");
+    EXPECT_EQ(out.str(), "The file could not be saved.\nContinue?\n[answered No]\nvoka: warning: a.xml: odd\n"
+                         "voka: error: b.xml: broken\n");
 }
 
 TEST(BatchAgent, ParsingDialogScripts) {
@@ -185,7 +170,7 @@ TEST(BatchAgent, DialogScriptsRunTheirDialogs) {
         const Handle dialog = host.openDialogResource("t_Dialog_Choice");
         host.modalDialog(5, dialog);
         std::vector<int> events;
-        for (const auto& call : client.calls) events.push_back(call.b);
+        for (const auto& [number, item] : client.events) events.push_back(item);
         EXPECT_EQ(events, c.events);
         EXPECT_EQ(host.itemText(dialog, host.dialogItem(dialog, 2)), c.text);
         EXPECT_EQ(host.itemState(dialog, host.dialogItem(dialog, 3)), c.choice);

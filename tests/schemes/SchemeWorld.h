@@ -83,17 +83,23 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
     b.define(kTagRule, kElementContainer, defs({kAttrName, kAttrStyle, kAttrMatchAll, kAttrOverride}));
     b.define(kTagAttribute, kElementContainer, {defs({kAttrName})[0], defs({kAttrValues}, kAttrStrings)[0]});
     b.define(kTagColorList, kElementContainer, defs({kAttrNames}, kAttrStrings));
+    // One "Attribute" child per condition, and a scheme left open with its options and conditions.
+    auto conditions = [&](const std::vector<ConditionSpec>& list) {
+        for (const auto& [name, values] : list) b.leaf(kTagAttribute, {{kAttrName, name}, {kAttrValues, values}});
+    };
+    auto openScheme = [&](const std::string& name, const SchemeOptionValues& options, const std::vector<ConditionSpec>& list) {
+        std::vector<AttrValue> attributes{{kAttrName, name}};
+        for (const auto& [option, value] : options) attributes.emplace_back(option, value);
+        b.open(kTagScheme, attributes);
+        conditions(list);
+    };
     b.open(kTagMainSettings).open(kTagSchemeCategories);
     for (const CategorySpec& category : categories) {
         b.open(kTagSchemeCategory, {{kAttrName, category.name}});
         if (category.hasFilterSchemes) {
             b.open("FilterSchemes");
             for (const FilterSchemeSpec& scheme : category.filter) {
-                std::vector<AttrValue> attributes{{kAttrName, scheme.name}};
-                for (const auto& [name, value] : scheme.options) attributes.emplace_back(name, value);
-                b.open(kTagScheme, attributes);
-                for (const auto& [name, values] : scheme.conditions)
-                    b.leaf(kTagAttribute, {{kAttrName, name}, {kAttrValues, values}});
+                openScheme(scheme.name, scheme.options, scheme.conditions);
                 b.close();
             }
             b.close();
@@ -101,9 +107,7 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
         if (category.hasColoringSchemes) {
             b.open("ColoringSchemes");
             for (const SchemeSpec& scheme : category.coloring) {
-                std::vector<AttrValue> attributes{{kAttrName, scheme.name}};
-                for (const auto& [name, value] : scheme.options) attributes.emplace_back(name, value);
-                b.open(kTagScheme, attributes);
+                openScheme(scheme.name, scheme.options, {});
                 unsigned position = 0;
                 for (const RuleSpec& rule : scheme.rules) {
                     std::vector<AttrValue> attributes{{kAttrStyle, std::to_string(rule.style)}, {kAttrMatchAll,
@@ -111,8 +115,7 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
                     std::string name = rule.storedName.value_or(ruleNameWithPosition(++position, rule.color));
                     if (!name.empty()) attributes.emplace_back(kAttrName, name);
                     b.open(kTagRule, attributes);
-                    for (const auto& [name, values] : rule.conditions)
-                        b.leaf(kTagAttribute, {{kAttrName, name}, {kAttrValues, values}});
+                    conditions(rule.conditions);
                     b.close();
                 }
                 b.close();
@@ -122,11 +125,7 @@ inline std::unique_ptr<headless::Document> mainSettingsDocument(const std::vecto
         b.open("ValidationSchemes");
         for (const std::string& name : category.validation) b.leaf(kTagScheme, {{kAttrName, name}});
         for (const ValidationSchemeSpec& scheme : category.validationSchemes) {
-            std::vector<AttrValue> attributes{{kAttrName, scheme.name}};
-            for (const auto& [name, value] : scheme.options) attributes.emplace_back(name, value);
-            b.open(kTagScheme, attributes);
-            for (const auto& [name, values] : scheme.attributes)
-                b.leaf(kTagAttribute, {{kAttrName, name}, {kAttrValues, values}});
+            openScheme(scheme.name, scheme.options, scheme.attributes);
             b.close();
         }
         b.close().close();
@@ -150,10 +149,27 @@ inline Handle elementById(Host& host, Handle doc, const std::string& id, Handle 
     return kNoObject;
 }
 
+// The values of `attribute` of the elements under the main flow's top element, in document order.
+inline std::vector<std::string> idsInOrder(Host& host, Handle doc, const std::string& attribute = "id") {
+    std::vector<std::string> ids;
+    std::vector<Handle> work{host.highestLevelElement(doc, host.mainFlow(doc))};
+    while (!work.empty()) {
+        const Handle e = work.back();
+        work.pop_back();
+        if (e == kNoObject) continue;
+        for (const Attribute& a : host.attributes(doc, e))
+            if (a.name == attribute && !a.values.empty()) ids.push_back(a.values.front());
+        std::vector<Handle> children;
+        for (Handle c = host.firstChild(doc, e); c != kNoObject; c = host.nextSibling(doc, c)) children.push_back(c);
+        work.insert(work.end(), children.rbegin(), children.rend());
+    }
+    return ids;
+}
+
 class World {
 public:
     World() : folder(makeFolder()), user([](const std::string& what) { ADD_FAILURE() << what; }),
-              host(headless::HostConfig{folder.string(), VOKA_SOURCE_DIR "/resources/dialogs"}, user) {}
+              host(headless::HostConfig{folder.string(), VOKA_SOURCE_DIR "/resources/dialogs", {}}, user) {}
     ~World() {
         EXPECT_EQ(user.unusedAnswers(), 0u) << "answers or dialog scripts the plug-in never asked for";
         std::error_code ignored;
@@ -204,10 +220,10 @@ public:
         return b.build(host, hostPath(name));
     }
 
-    Handle book(const std::vector<std::string>& chapters) {
+    Handle book(const std::vector<std::string>& chapters, const std::string& name = "manual.book") {
         auto made = std::make_unique<headless::Book>();
-        for (const std::string& name : chapters) made->components.push_back({hostPath(name), {}, 0, true});
-        return host.adoptBook(std::move(made), hostPath("manual.book"));
+        for (const std::string& chapter : chapters) made->components.push_back({hostPath(chapter), {}, 0, true});
+        return host.adoptBook(std::move(made), hostPath(name));
     }
 
     // The name of the colour shown at the start of the element's text.

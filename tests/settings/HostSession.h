@@ -19,15 +19,11 @@ namespace voka::testing {
 
 using List = std::vector<std::string>;
 
-// The scripted user of the host, which also keeps "prompt|default" of every
-// prompt. Anything asked that the test did not script fails the test.
+// The scripted user of the host. Anything asked that the test did not script
+// fails the test.
 class TestUser : public headless::ScriptedAgent {
 public:
     TestUser() : ScriptedAgent([](const std::string& what) { ADD_FAILURE() << what; }) {}
-    int promptString(const std::string& prompt, const std::string& initial, std::string& answer) override {
-        promptTexts.push_back(prompt + "|" + initial);
-        return ScriptedAgent::promptString(prompt, initial, answer);
-    }
     using ScriptedAgent::texts;
     // Every alert and question, in the order shown.
     List texts() const {
@@ -37,7 +33,6 @@ public:
         }
         return out;
     }
-    List promptTexts;
 };
 
 inline const std::string kPrefix = "-- VOKA plugin message --\n\n";
@@ -47,7 +42,7 @@ template <class H = headless::HeadlessHost>
 class BasicHostSession {
 public:
     explicit BasicHostSession(const std::string& dialogDirectory = VOKA_SOURCE_DIR "/resources/dialogs")
-        : host(headless::HostConfig{(folder.path() / "user").string(), dialogDirectory}, user), plugin(host) {
+        : host(headless::HostConfig{(folder.path() / "user").string(), dialogDirectory, {}}, user), plugin(host) {
         std::filesystem::create_directories(brindel());
         host.attachClient(&plugin);
     }
@@ -59,8 +54,8 @@ public:
     void putShippedSettings(const SharedSettings& s) { writeFile(inBrindel("BR_Settings_TEMPVOKA.fm"), sharedSettingsXml(s)); }
     void putLocalCopy() { writeFile(inBrindel("VOKA_MainSettings_LocalCopy.fm"), mainSettingsXml()); }
     // A master elsewhere; returns its path in host notation.
-    std::string putMaster(const std::string& omit = "", bool filterSchemesInScheme = false) {
-        writeFile(folder / "shared" / "VOKA_MainSettings.fm", mainSettingsXml(omit, filterSchemesInScheme));
+    std::string putMaster() {
+        writeFile(folder / "shared" / "VOKA_MainSettings.fm", mainSettingsXml());
         return hostPath(folder / "shared" / "VOKA_MainSettings.fm");
     }
     PluginState& state() { return plugin.state(); }

@@ -2,6 +2,7 @@
 
 #include "host/headless/HostPaths.h"
 
+#include <algorithm>
 #include <charconv>
 
 namespace voka::headless {
@@ -66,11 +67,30 @@ bool parseDialogScript(const std::string& text, DialogScript& script, std::strin
 BatchAgent::BatchAgent(std::ostream& out, BatchOptions options)
     : out_(out), options_(std::move(options)), scriptUsed_(options_.dialogs.size(), false) {}
 
-void BatchAgent::print(const std::string& text) { out_ << toDisplayText(text) << '\n' << std::flush; }
+void BatchAgent::print(const std::string& text) {
+    clearProgress();
+    out_ << toDisplayText(text) << '\n' << std::flush;
+}
+
+void BatchAgent::clearProgress() {
+    if (!progressShown_) return;
+    progressShown_ = false;
+    out_ << "\r\033[K" << std::flush;
+}
+
+void BatchAgent::showProgress(const std::string& line) {
+    if (options_.progress == BatchOptions::Progress::Lines) {
+        print(line);
+        return;
+    }
+    out_ << "\r\033[K" << toDisplayText(line) << std::flush;
+    progressShown_ = true;
+}
 
 int BatchAgent::alert(const std::string& message, AlertKind kind) {
     const bool question = kind == kAlertYesDefault || kind == kAlertNoDefault;
     if (!question) {
+        if (options_.onlyInforms && options_.onlyInforms(message)) return 0;
         print(message);
         return 0;
     }
@@ -162,6 +182,7 @@ void BatchAgent::runModalDialog(DialogUser& dialog) {
 }
 
 void BatchAgent::modelessDialogChanged(const DialogView& view) {
+    if (options_.progress == BatchOptions::Progress::None) return;
     std::string line;
     for (const std::string& text : view.lines) {
         if (text.empty()) continue;
@@ -180,7 +201,41 @@ void BatchAgent::modelessDialogChanged(const DialogView& view) {
     lastProgress_ = now;
     lastProgressLine_ = line;
     lastProgressStep_ = step;
-    print("voka: " + line);
+    showProgress("voka: " + line);
+}
+
+namespace {
+
+// 1234567 as "1,234,567".
+std::string grouped(std::uint64_t n) {
+    std::string digits = std::to_string(n);
+    for (std::size_t at = digits.size(); at > 3; at -= 3) digits.insert(at - 3, ",");
+    return digits;
+}
+
+}  // namespace
+
+void BatchAgent::progress(const ProgressPoint& point) {
+    if (options_.progress == BatchOptions::Progress::None) return;
+    const auto now = std::chrono::steady_clock::now();
+    // A new pass begins at another document, or back at the start of this one.
+    if (point.document != passDocument_ || point.done < passStart_) {
+        passDocument_ = point.document;
+        passStart_ = point.done;
+        passStarted_ = now;
+        lastProgress_ = now;
+        return;
+    }
+    const auto interval = options_.progress == BatchOptions::Progress::Terminal ? std::chrono::milliseconds(200)
+                                                                              : options_.progressInterval;
+    if (now - lastProgress_ < interval) return;
+    lastProgress_ = now;
+    const double seconds = std::chrono::duration<double>(now - passStarted_).count();
+    const std::uint64_t rate = seconds > 0 ? static_cast<std::uint64_t>((point.done - passStart_) / seconds) : 0;
+    std::string name = toDisplayText(point.document);
+    if (const std::size_t slash = name.find_last_of("/\\"); slash != std::string::npos) name.erase(0, slash + 1);
+    showProgress("voka: " + name + ": " + grouped(std::min(point.done, point.total)) + " of " + grouped(point.total) +
+                 " elements, " + grouped(rate) + " a second");
 }
 
 void BatchAgent::hostMessage(Said kind, const std::string& text) {
@@ -201,6 +256,7 @@ void BatchAgent::hostMessage(Said kind, const std::string& text) {
 }
 
 void BatchAgent::printRepeatedWarnings() {
+    clearProgress();
     for (const auto& [what, repeats] : warningRepeats_)
         if (repeats > 0)
             print("voka: warning: the same for " + std::to_string(repeats) + " more file" + (repeats == 1 ? "" : "s") +

@@ -3,8 +3,9 @@
 // answers given beforehand or a cancel, modal dialogs a small script of
 // actions or a cancel. Every alert, question and host message is printed as
 // it would have been shown, with paths in the reader's notation; the status
-// dialog's every step is printed, and what changes within a step at most
-// once per interval.
+// dialog's steps and the progress of long passes are shown when asked for:
+// on a terminal as one line written over, elsewhere as lines at most once per
+// interval.
 #pragma once
 
 #include "host/headless/UserAgent.h"
@@ -42,7 +43,11 @@ struct BatchOptions {
     std::map<std::string, std::string> fileAnswers;    // by the chooser's title; POSIX paths
     std::vector<DialogScript> dialogs;                 // used in order, the first that matches
     std::function<bool()> cancelRequested;             // polled as Esc (Ctrl-C); Yes to the question that follows
+    enum class Progress { None, Lines, Terminal };
+    Progress progress = Progress::None;
     std::chrono::milliseconds progressInterval{1000};
+    // What only informs (a "complete." note) is not printed; errors, warnings and questions are.
+    std::function<bool(const std::string& message)> onlyInforms;
 };
 
 class BatchAgent : public UserAgent {
@@ -56,18 +61,23 @@ public:
     bool userCancelled(std::uint64_t elementSteps) override;
     void runModalDialog(DialogUser& dialog) override;
     void modelessDialogChanged(const DialogView& view) override;
+    void modelessDialogClosed(const std::string& dialog) override { clearProgress(); }
     void hostMessage(Said kind, const std::string& text) override;
+    void progress(const ProgressPoint& point) override;
 
     int errorsReported() const { return errors_; }
     // A warning said again for another file is counted, not printed: this
     // prints, once, how many times each was left out.
     void printRepeatedWarnings();
+    // Takes the progress line off the terminal.
+    void clearProgress();
     // Answers given once the driver knows what it opened.
     void addDialogScript(DialogScript script);
     void answerFileChooser(const std::string& title, const std::string& systemPath);
 
 private:
     void print(const std::string& text);
+    void showProgress(const std::string& line);
     bool chooseLabel(DialogUser& dialog, const DialogAction& action);
 
     std::ostream& out_;
@@ -76,6 +86,10 @@ private:
     std::chrono::steady_clock::time_point lastProgress_{};
     std::string lastProgressLine_;
     std::string lastProgressStep_;
+    bool progressShown_ = false;  // a line stands on the terminal, to be written over
+    std::string passDocument_;     // the document of the pass under way, and where and when it began
+    std::uint64_t passStart_ = 0;
+    std::chrono::steady_clock::time_point passStarted_{};
     int errors_ = 0;
     std::map<std::string, int> warningRepeats_;  // by the warning without its file name
     bool confirmCancel_ = false;  // the next question confirms a cancel the user asked for

@@ -105,7 +105,9 @@ Document* HeadlessHost::liveDocument(Handle doc) {
     if (!slot) return nullptr;
     if (!slot->givenAway) return slot->doc.get();
     Document& state = *slot->doc;
-    LoadResult loaded = loadFile(toSystemPath(state.path));
+    LoadOptions options;
+    options.valueSeparators = &config_.valueSeparators;
+    LoadResult loaded = loadFile(toSystemPath(state.path), options);
     if (!loaded.document) {
         agent_->hostMessage(Said::Error, loaded.error.empty() ? state.path + ": cannot be read again" : loaded.error);
         return fail<Document*>(nullptr);

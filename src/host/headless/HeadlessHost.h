@@ -41,6 +41,7 @@ namespace voka::headless {
 struct HostConfig {
     std::string sessionDirectory;  // POSIX folder; the plug-in sees it in host notation
     std::string dialogDirectory = VOKA_RESOURCE_DIR "/dialogs";  // POSIX folder of NAME.xml files
+    ValueSeparators valueSeparators;  // over what each vocabulary says
 };
 
 // Why the plug-in may not save at a POSIX path, or "" when it may.
@@ -370,6 +371,10 @@ private:
     int error_ = kErrorNone;
     int returnValue_ = 0;
     std::uint64_t elementSteps_ = 0;
+    // Where the plug-in last stepped, for the progress the agent shows.
+    Handle stepDoc_ = kNoObject;
+    Index stepElement_ = 0;
+    Handle stepTo(Handle doc, Index element);
     int mutationCountdown_ = 0;
     int mutationError_ = kErrorBusy;
 

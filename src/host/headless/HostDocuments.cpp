@@ -188,7 +188,9 @@ Handle HeadlessHost::openFile(const std::string& path, bool visible, bool asNew)
     // refuses (a folder, a FIFO, bad XML) is said here, with the reason.
     std::error_code error;
     if (!std::filesystem::exists(system, error)) return fail(kNoObject);
-    LoadResult loaded = loadFile(system);
+    LoadOptions options;
+    options.valueSeparators = &config_.valueSeparators;
+    LoadResult loaded = loadFile(system, options);
     for (const std::string& warning : loaded.warnings) agent_->hostMessage(Said::Warning, warning);
     if (loaded.book) {
         if (asNew) return fail(kNoObject);

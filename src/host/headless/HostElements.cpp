@@ -122,6 +122,13 @@ TextRange HeadlessHost::elementTextRange(Handle doc, Handle element) {
 
 // --- Tree --------------------------------------------------------------------
 
+Handle HeadlessHost::stepTo(Handle doc, Index element) {
+    ++elementSteps_;
+    stepDoc_ = doc;
+    stepElement_ = element;
+    return elementHandle(element);
+}
+
 Handle HeadlessHost::firstChild(Handle doc, Handle element) {
     Document* d = liveDocument(doc);
     if (!d) return kNoObject;
@@ -129,8 +136,7 @@ Handle HeadlessHost::firstChild(Handle doc, Handle element) {
     if (e == kNil) return kNoObject;
     const Index c = d->elements[e].firstChild;
     if (c == kNil) return kNoObject;
-    ++elementSteps_;
-    return elementHandle(c);
+    return stepTo(doc, c);
 }
 
 Handle HeadlessHost::lastChild(Handle doc, Handle element) {
@@ -140,8 +146,7 @@ Handle HeadlessHost::lastChild(Handle doc, Handle element) {
     if (e == kNil) return kNoObject;
     const Index c = d->elements[e].lastChild;
     if (c == kNil) return kNoObject;
-    ++elementSteps_;
-    return elementHandle(c);
+    return stepTo(doc, c);
 }
 
 Handle HeadlessHost::nextSibling(Handle doc, Handle element) {
@@ -151,8 +156,7 @@ Handle HeadlessHost::nextSibling(Handle doc, Handle element) {
     if (e == kNil) return kNoObject;
     const Index s = d->elements[e].nextSibling;
     if (s == kNil) return kNoObject;
-    ++elementSteps_;
-    return elementHandle(s);
+    return stepTo(doc, s);
 }
 
 Handle HeadlessHost::previousSibling(Handle doc, Handle element) {
@@ -162,8 +166,7 @@ Handle HeadlessHost::previousSibling(Handle doc, Handle element) {
     if (e == kNil) return kNoObject;
     const Index s = d->elements[e].previousSibling;
     if (s == kNil) return kNoObject;
-    ++elementSteps_;
-    return elementHandle(s);
+    return stepTo(doc, s);
 }
 
 Handle HeadlessHost::parent(Handle doc, Handle element) {
@@ -173,8 +176,7 @@ Handle HeadlessHost::parent(Handle doc, Handle element) {
     if (e == kNil) return kNoObject;
     const Index p = d->elements[e].parent;
     if (p == kNil) return kNoObject;
-    ++elementSteps_;
-    return elementHandle(p);
+    return stepTo(doc, p);
 }
 
 Handle HeadlessHost::elementDefinition(Handle doc, Handle element) {

@@ -18,7 +18,17 @@ int HeadlessHost::chooseFile(const std::string& title, const std::string& direct
     return agent_->chooseFile(title, directory, defaultName, mode, chosen);
 }
 
-bool HeadlessHost::userCancelled() { return agent_->userCancelled(elementSteps_); }
+// The plug-in polls for Esc every hundred elements or so of a long pass: the
+// place it last stepped to tells how far it is, as documents are read in
+// document order.
+bool HeadlessHost::userCancelled() {
+    if (OpenDocument* slot = openDocumentSlot(stepDoc_); slot && !slot->givenAway) {
+        const Document& d = *slot->doc;
+        const std::string& name = d.title.empty() ? d.path : d.title;
+        agent_->progress(ProgressPoint{name, std::uint64_t{stepElement_} + 1, d.elements.size()});
+    }
+    return agent_->userCancelled(elementSteps_);
+}
 
 bool HeadlessHost::fileExists(const std::string& path) {
     std::error_code error;

@@ -58,6 +58,9 @@ struct ElementDefinition {
     std::unordered_map<std::string, std::uint32_t> attributeIndex;  // name -> position
     bool alive = true;
     ContentModel content;  // content form: what the DTD lets the element hold
+    // Declared only by an external DTD: the full form leaves it out when no
+    // element uses it, as a DTD of hundreds of elements would swamp a topic.
+    bool fromExternalDtd = false;
 };
 
 // One attribute value of an element: the position of its definition in the
@@ -150,6 +153,10 @@ struct ContentMarkup {
     std::string markup;  // "<!--...-->" or "<?...?>" as written
 };
 
+// Attributes whose values are several, separated by a character; '\0' reads
+// an attribute's value as one whatever its vocabulary says.
+using ValueSeparators = std::unordered_map<std::string, char>;
+
 struct Document {
     std::string path;  // host notation, "" for untitled
     std::string title;
@@ -166,7 +173,7 @@ struct Document {
     // Content form: attributes whose several values the vocabulary separates
     // with another character than a blank (DocBook's profiling attributes
     // take ';'); a value read there is several values, written back so joined.
-    std::unordered_map<std::string, char> valueSeparators;
+    ValueSeparators valueSeparators;
 
     std::vector<ElementDefinition> definitions;
     std::unordered_map<std::string, Index> definitionByTag;

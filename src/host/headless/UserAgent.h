@@ -53,6 +53,13 @@ struct DialogView {
     std::vector<std::string> lines;  // each item's text, or its label when it has no text
 };
 
+// How far a long pass over a document is: it stands at element `done` of `total`.
+struct ProgressPoint {
+    const std::string& document;  // its title, or its path
+    std::uint64_t done;
+    std::uint64_t total;
+};
+
 class UserAgent {
 public:
     virtual ~UserAgent() = default;
@@ -72,6 +79,8 @@ public:
     // A modeless dialog was shown or one of its texts changed.
     virtual void modelessDialogChanged(const DialogView& view) {}
     virtual void modelessDialogClosed(const std::string& dialog) {}
+    // Said at each Esc poll of a long pass, before userCancelled().
+    virtual void progress(const ProgressPoint& point) {}
     // What the host itself reports: warnings and errors of loading files.
     virtual void hostMessage(Said kind, const std::string& text) = 0;
 };

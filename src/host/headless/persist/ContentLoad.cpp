@@ -278,7 +278,8 @@ private:
     std::uint32_t valuesOf(Index definition, std::uint32_t position, std::string_view value) {
         if (doc_.valueSeparators.empty()) return doc_.values.internSingle(value);
         const auto found = doc_.valueSeparators.find(doc_.definitions[definition].attributes[position].name);
-        if (found == doc_.valueSeparators.end() || value.find(found->second) == std::string_view::npos)
+        if (found == doc_.valueSeparators.end() || found->second == '\0' ||
+            value.find(found->second) == std::string_view::npos)
             return doc_.values.internSingle(value);
         std::vector<std::string> pieces;
         for (std::size_t from = 0; from <= value.size();) {
@@ -365,8 +366,10 @@ private:
     void readDtd(ParseContext& context) {
         xmlDocPtr dtdDoc = context.parser()->myDoc;
         if (!dtdDoc) return;
+        std::size_t internal = doc_.definitions.size();
         for (xmlDtdPtr dtd : {dtdDoc->intSubset, dtdDoc->extSubset}) {
             if (!dtd) continue;
+            if (dtd == dtdDoc->extSubset) internal = doc_.definitions.size();
             for (xmlNodePtr node = dtd->children; node; node = node->next) {
                 if (node->type == XML_ELEMENT_DECL) {
                     auto* element = reinterpret_cast<xmlElementPtr>(node);
@@ -378,6 +381,8 @@ private:
                 }
             }
         }
+        for (std::size_t d = internal; dtdDoc->extSubset && d < doc_.definitions.size(); ++d)
+            doc_.definitions[d].fromExternalDtd = true;
     }
 
     void declareAttribute(xmlAttributePtr declared) {

@@ -165,7 +165,7 @@ private:
             char separator = ' ';
             if (!doc_.valueSeparators.empty())
                 if (const auto found = doc_.valueSeparators.find(name); found != doc_.valueSeparators.end())
-                    separator = found->second;
+                    separator = found->second != '\0' ? found->second : ' ';
             joined_.clear();
             for (std::size_t v = 0; v < values.size(); ++v) {
                 if (v) joined_ += separator;

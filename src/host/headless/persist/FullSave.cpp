@@ -20,9 +20,13 @@ void writeFields(XmlOut& out, const Fields& fields) {
 }
 
 void writeDefinitions(XmlOut& out, const Document& doc) {
+    std::vector<bool> used(doc.definitions.size(), false);
+    for (const Element& e : doc.elements)
+        if (e.alive && e.definition < used.size()) used[e.definition] = true;
     out.raw("\n  <element-definitions>");
-    for (const ElementDefinition& def : doc.definitions) {
-        if (!def.alive) continue;
+    for (std::size_t d = 0; d < doc.definitions.size(); ++d) {
+        const ElementDefinition& def = doc.definitions[d];
+        if (!def.alive || (def.fromExternalDtd && !used[d])) continue;
         out.raw("\n    <element-definition");
         out.attribute("tag", std::string_view(def.tag));
         out.attribute("type", def.type);

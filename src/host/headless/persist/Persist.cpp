@@ -20,7 +20,8 @@ namespace {
 // there on; what stands before the root belongs to the prolog.
 class RootDispatch final : public ParseHandler {
 public:
-    RootDispatch(const std::string& path, const ElementKindTable& kinds) : path_(path), kinds_(kinds) {}
+    RootDispatch(const std::string& path, const ElementKindTable& kinds, const ValueSeparators* separators)
+        : path_(path), kinds_(kinds), separators_(separators) {}
 
     void startElement(ParseContext& context, const StartTag& tag) override {
         const bool plain = tag.prefix == nullptr;
@@ -33,6 +34,8 @@ public:
             reader_ = makeBookLoader(*book_, path_);
         } else {
             document_ = std::make_unique<Document>();
+            // Set before the reader's own choices, which do not replace them.
+            if (separators_) document_->valueSeparators.insert(separators_->begin(), separators_->end());
             reader_ = makeContentLoader(*document_, kinds_);
         }
         context.setHandler(*reader_);
@@ -48,6 +51,7 @@ public:
 private:
     const std::string& path_;
     const ElementKindTable& kinds_;
+    const ValueSeparators* separators_;
     std::unique_ptr<ParseHandler> reader_;
 };
 
@@ -77,7 +81,8 @@ LoadResult loadFile(const std::string& systemPath) { return loadFile(systemPath,
 
 LoadResult loadFile(const std::string& systemPath, const LoadOptions& options) {
     LoadResult result;
-    RootDispatch dispatch(systemPath, options.elementKinds ? *options.elementKinds : defaultElementKinds());
+    RootDispatch dispatch(systemPath, options.elementKinds ? *options.elementKinds : defaultElementKinds(),
+                          options.valueSeparators);
     ParseIssues issues = parseFile(systemPath, dispatch);
     result.warnings = std::move(issues.warnings);
     if (!issues.error.empty()) {

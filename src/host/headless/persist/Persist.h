@@ -35,6 +35,7 @@ const ElementKindTable& defaultElementKinds();
 
 struct LoadOptions {
     const ElementKindTable* elementKinds = nullptr;  // null: defaultElementKinds()
+    const ValueSeparators* valueSeparators = nullptr;  // over what each vocabulary says
 };
 
 // Content form, full form or a book, as the root element tells.
