@@ -340,6 +340,7 @@ private:
     Handle openFile(const std::string& path, bool visible, bool asNew);
     Handle findOpenDocument(const std::string& path);
     Handle findOpenBook(const std::string& path);
+    bool isOpenComponent(const std::string& normalPath);  // a component of a book open in the host
     Handle saveDocumentAs(Handle doc, const std::string& path);
     // The document as its window knows it, without reading a given-away model back.
     Document* documentState(Handle doc);

@@ -192,6 +192,9 @@ Handle HeadlessHost::openFile(const std::string& path, bool visible, bool asNew)
     options.valueSeparators = &config_.valueSeparators;
     LoadResult loaded = loadFile(system, options);
     for (const std::string& warning : loaded.warnings) agent_->hostMessage(Said::Warning, warning);
+    // A document assembled by XInclude is a book when opened on its own, and
+    // a document when opened as a new one or as the component of an open book.
+    if (loaded.book && loaded.document && (asNew || isOpenComponent(normal))) loaded.book.reset();
     if (loaded.book) {
         if (asNew) return fail(kNoObject);
         prepareBook(*loaded.book, normal);
@@ -205,6 +208,13 @@ Handle HeadlessHost::openFile(const std::string& path, bool visible, bool asNew)
     const Handle doc = registerDocument(std::move(loaded.document), visible);
     if (doc != kNoObject && !asNew) documents_[handleId(doc) - 1]->asRead = true;
     return doc;
+}
+
+bool HeadlessHost::isOpenComponent(const std::string& normalPath) {
+    for (const auto& [order, id] : bookOrder_)
+        for (const BookComponent& component : books_[id - 1]->book->components)
+            if (component.alive && component.path == normalPath) return true;
+    return false;
 }
 
 std::unique_ptr<Document> HeadlessHost::giveAwayModel(const std::string& normalPath) {
@@ -281,6 +291,15 @@ Handle HeadlessHost::saveBookAs(Handle book, const std::string& path) {
     if (target.empty()) return fail(kNoObject);
     const Handle other = findOpenBook(target);
     if (other != kNoObject && other != book) return fail(kNoObject);
+    // A map or an XInclude document is the writer's own file, which a voka
+    // book file must never replace: unchanged, it holds the book already.
+    if (b.source != BookSource::VokaBook && target == b.path) {
+        if (!b.modified) return book;
+        agent_->hostMessage(Said::Error, toSystemPath(target) + " is " +
+                                             (b.source == BookSource::DitaMap ? "a DITA map" : "a document assembled by XInclude") +
+                                             ": the book's changes are not written into it; save the book under another name");
+        return fail(kNoObject);
+    }
     if (const int refused = refuseSave(target, !b.modified && target == b.path)) return refused < 0 ? fail(kNoObject) : book;
     const SaveResult saved = saveBook(b, toSystemPath(target));
     if (!saved.ok) {
@@ -288,6 +307,7 @@ Handle HeadlessHost::saveBookAs(Handle book, const std::string& path) {
         return fail(kNoObject);
     }
     b.path = target;
+    b.source = BookSource::VokaBook;  // the book is now that voka book file
     b.modified = false;
     return book;
 }

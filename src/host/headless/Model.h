@@ -235,8 +235,14 @@ struct BookComponent {
     bool alive = true;
 };
 
+// What a book was read from. Only a voka book file is written back in place:
+// a map or an XInclude document is the writer's own, and a book saves its
+// changes into it never.
+enum class BookSource { VokaBook, DitaMap, XInclude };
+
 struct Book {
     std::string path;
+    BookSource source = BookSource::VokaBook;
     bool modified = false;
     bool visible = true;
     std::vector<BookComponent> components;  // in book order

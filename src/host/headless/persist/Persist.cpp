@@ -6,7 +6,9 @@
 #include "host/headless/persist/ContentSave.h"
 #include "host/headless/persist/FullLoad.h"
 #include "host/headless/persist/FullSave.h"
+#include "host/headless/persist/MapBook.h"
 #include "host/headless/persist/XmlOut.h"
+#include "host/headless/persist/XIncludeBook.h"
 #include "host/headless/persist/XmlParse.h"
 
 #include <cstring>
@@ -32,6 +34,10 @@ public:
         } else if (plain && std::strcmp(name, "voka-book") == 0) {
             book_ = std::make_unique<Book>();
             reader_ = makeBookLoader(*book_, path_);
+        } else if (isDitaMapRoot(context, tag)) {
+            book_ = std::make_unique<Book>();
+            map_ = true;
+            reader_ = makeMapReader(mapReferences_, path_);
         } else {
             document_ = std::make_unique<Document>();
             // Set before the reader's own choices, which do not replace them.
@@ -47,6 +53,8 @@ public:
 
     std::unique_ptr<Document> document_;
     std::unique_ptr<Book> book_;
+    bool map_ = false;
+    std::vector<MapReference> mapReferences_;  // a map's own, before nested maps are read
 
 private:
     const std::string& path_;
@@ -91,6 +99,13 @@ LoadResult loadFile(const std::string& systemPath, const LoadOptions& options) {
     }
     result.document = std::move(dispatch.document_);
     result.book = std::move(dispatch.book_);
+    if (dispatch.map_ && result.book)
+        gatherMapBook(*result.book, systemPath, std::move(dispatch.mapReferences_), result.warnings);
+    if (result.document && result.document->contentForm) {
+        auto book = std::make_unique<Book>();
+        // The document stays beside its book: opened as a component of another book, it is one.
+        if (gatherXIncludeBook(*result.document, systemPath, *book, result.warnings)) result.book = std::move(book);
+    }
     if (!result.document && !result.book) result.error = systemPath + ": no root element";
     return result;
 }

@@ -1,9 +1,12 @@
 // Reading and writing the headless host's documents and books as XML files.
 //
 // A file is told apart by its root element: `voka-document` is the host's
-// full form, `voka-book` a book, anything else a content-form instance (any
-// XML vocabulary, with or without a DTD). A document is saved back in the
-// form it was read in. docs/file-formats.md describes the forms.
+// full form, `voka-book` a book, a DITA map a book of the topics it refers
+// to, anything else a content-form instance (any XML vocabulary, with or
+// without a DTD), unless its root's children include XInclude elements: then
+// it is a book of the files they include. A document is saved back in the
+// form it was read in; a book only as a voka book. docs/file-formats.md
+// describes the forms.
 //
 // Input is untrusted: nothing is fetched over the network, external entities
 // load only through XML catalogs, libxml2's entity limits stay on, and
@@ -23,7 +26,7 @@ namespace voka::headless {
 
 struct LoadResult {
     std::unique_ptr<Document> document;  // set for a document
-    std::unique_ptr<Book> book;          // set for a book
+    std::unique_ptr<Book> book;          // set for a book; for an XInclude book, beside the document it is read from
     std::string error;                   // set when neither is
     std::vector<std::string> warnings;
 };
@@ -38,7 +41,8 @@ struct LoadOptions {
     const ValueSeparators* valueSeparators = nullptr;  // over what each vocabulary says
 };
 
-// Content form, full form or a book, as the root element tells.
+// Content form, full form or a book, as the root element tells (and, for an
+// XInclude book, the root's children).
 LoadResult loadFile(const std::string& systemPath);
 LoadResult loadFile(const std::string& systemPath, const LoadOptions& options);
 
