@@ -26,7 +26,7 @@ int writeChanged(Session& session, const CallRequest& request) {
             std::cerr << "voka: " << session.host().title(doc) << " is untitled and is not written\n";
             continue;
         }
-        inputs.push_back({doc, headless::toSystemPath(path)});
+        inputs.push_back({doc, headless::toSystemPath(path), ""});
     }
     if (inputs.empty()) return kExitOk;
     const OutputPlan plan = planOutputs(request.outDir, inputs);

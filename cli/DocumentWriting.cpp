@@ -59,9 +59,14 @@ int exitCodeOf(int result) {
 std::vector<PlannedInput> inputsOf(Session& session, Handle target, const std::string& file) {
     std::vector<PlannedInput> inputs;
     const bool book = objectType(target) == kBookObject;
-    if (book) inputs.push_back({kNoObject, file});
+    // A book read from a DITA map or an XInclude document is written as a voka book, under a name that says so.
+    if (book) {
+        const headless::Book* model = session.host().book(target);
+        const bool ownFile = !model || model->source == headless::BookSource::VokaBook;
+        inputs.push_back({kNoObject, file, ownFile ? std::string() : fs::path(file).stem().string() + ".book"});
+    }
     for (Handle doc : book ? session.bookDocuments(target) : std::vector<Handle>{target})
-        inputs.push_back({doc, headless::toSystemPath(session.host().path(doc))});
+        inputs.push_back({doc, headless::toSystemPath(session.host().path(doc)), ""});
     return inputs;
 }
 

@@ -101,7 +101,7 @@ void planContent(OutputPlan& plan, const std::vector<PlannedInput>& inputs) {
     std::set<std::string> taken;
     for (const PlannedInput& input : inputs) {
         const fs::path file = absoluteNormal(input.path);
-        const std::string place = (out / file.filename()).string();
+        const std::string place = (out / (input.outputName.empty() ? file.filename().string() : input.outputName)).string();
         if (input.doc == kNoObject) {
             plan.index = place;
         } else {

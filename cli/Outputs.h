@@ -43,6 +43,7 @@ struct OutputPlan {
 struct PlannedInput {
     Handle doc = kNoObject;  // kNoObject for a file that only was read (a book file)
     std::string path;        // system path
+    std::string outputName;  // of what is written for it, when not the input's own file name
 };
 
 // Plans the outputs of `inputs` in `folder` and checks that they may be written.

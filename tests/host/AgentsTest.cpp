@@ -88,10 +88,13 @@ TEST(BatchAgent, ProgressSaysTheFileHowFarAndHowFast) {
         agent.progress({path, 50000, 1200000});
         const std::string printed = out.str();
         EXPECT_EQ(printed.substr(0, c.printed.size()), c.printed);
-        if (c.progress != Progress::None) EXPECT_NE(printed.find(" a second"), std::string::npos) << printed;
+        if (c.progress != Progress::None) {
+            EXPECT_NE(printed.find(" a second"), std::string::npos) << printed;
+        }
         agent.alert("Done.", kAlertContinueWarning);
-        if (c.progress == Progress::Terminal)
+        if (c.progress == Progress::Terminal) {
             EXPECT_NE(out.str().find("\r\033[KDone.\n"), std::string::npos) << "a message takes the progress line's place";
+        }
     }
 }
 
@@ -164,7 +167,7 @@ TEST(BatchAgent, DialogScriptsRunTheirDialogs) {
             options.dialogs.push_back(script);
         }
         BatchAgent agent(out, options);
-        HeadlessHost host(HostConfig{folder.path().string(), (folder.path() / "dialogs").string()}, agent);
+        HeadlessHost host(HostConfig{folder.path().string(), (folder.path() / "dialogs").string(), {}}, agent);
         RecordingClient client;
         host.attachClient(&client);
         const Handle dialog = host.openDialogResource("t_Dialog_Choice");

@@ -58,7 +58,7 @@ inline void writeDialogs(const ScratchFolder& folder) {
 struct HostFixture {
     HostFixture()
         : agent([](const std::string& what) { ADD_FAILURE() << what; }),
-          host(HostConfig{folder.path().string(), (folder.path() / "dialogs").string()}, agent) {}
+          host(HostConfig{folder.path().string(), (folder.path() / "dialogs").string(), {}}, agent) {}
 
     ScratchFolder folder;
     ScriptedAgent agent;
