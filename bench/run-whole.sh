@@ -126,7 +126,7 @@ for n in $sizes; do
     fi
   done
 
-  colored=$work/color-dita-$n/dita-$n.voka.xml
+  colored=$work/color-dita-$n/dita-$n.xml
   [ -f "$colored" ] || fail "voka color wrote no $colored"
   for ((i = 1; i <= pairs; i++)); do
     progress "$n: uncolor DITA, pair $i of $pairs"

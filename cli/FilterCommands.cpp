@@ -11,6 +11,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <map>
+#include <set>
 #include <iostream>
 
 namespace voka::cli {
@@ -133,24 +134,14 @@ int writeFilteredBook(Session& session, const OutputPlan& plan, Handle book) {
 
 }  // namespace
 
-int filterFiles(Session& session, const FilterRequest& request) {
-    const std::string file = request.file.empty() ? exampleBook() : request.file;
-    const Handle target = session.openFile(file);
-    if (target == kNoObject) return kExitBadInput;
-    if (cancelRequested()) return kExitCancelled;
-    const bool book = objectType(target) == kBookObject;
-    if (!book) session.host().setActiveDocument(target);
-    const bool duplicate = request.type.empty() ? session.plugin().state().prefs.filterType == kFilterDuplicateFile
-                                                : request.type == "duplicate";
+namespace {
 
-    const OutputPlan plan = planOutputs(request.outDir, inputsOf(session, target, file),
-                                        duplicate ? OutputKind::Content : OutputKind::Pictures);
-    if (!plan.problem.empty()) {
-        std::cerr << "voka: " << plan.problem << " (choose another --out)\n";
-        return kExitUsage;
-    }
+// One document or book through a duplicate filter, its outputs as `plan` says.
+int filterDuplicate(Session& session, const FilterRequest& request, const Target& target, const OutputPlan& plan) {
+    const bool book = objectType(target.object) == kBookObject;
+    activate(session, target);
     StagingFolder staging;
-    if (duplicate && book) {
+    if (book) {
         std::string problem;
         std::string folderProblem;
         if (!makeFoldersFor(plan.folder, plan.index, folderProblem) || !staging.make(plan.folder, problem)) {
@@ -160,26 +151,65 @@ int filterFiles(Session& session, const FilterRequest& request) {
         session.allowSavesIn(staging.path());
         session.agent().answerFileChooser(kFolderChooserTitle, staging.path());
     }
-    session.agent().addDialogScript(filterChoice(request, duplicate, duplicate && book));
-
+    session.agent().addDialogScript(filterChoice(request, true, book));
     const int result = runFilterCommand(session, book);
-    const int unopened = session.unopenedChapters() ? kExitBadInput : kExitOk;
     if (result != 1) {
-        std::cerr << "voka: filtering " << file << " did not complete: "
+        std::cerr << "voka: filtering " << target.file << " did not complete: "
                   << whyNotFiltered(cancelRequested() ? 108 : result) << "\n";
-        return unopened ? unopened : exitCodeOf(cancelRequested() ? 108 : result);
+        return session.unopenedChapters() ? kExitBadInput : exitCodeOf(cancelRequested() ? 108 : result);
     }
     if (cancelRequested()) return kExitCancelled;
     const Handle filtered = session.plugin().state().filterRun.target;
-    if (duplicate && book) {
-        if (int code = writeFilteredBook(session, plan, filtered); code != kExitOk) return code;
-        return unopened;
-    }
+    if (book) return writeFilteredBook(session, plan, filtered);
+    const DocumentOutputs& output = plan.documents.front();
+    if (int code = writeContentDocument(session, filtered, output.input, plan.folder, output.saved); code != kExitOk)
+        return code;
+    warnWhereInvalid(session, filtered, output.saved);
+    return kExitOk;
+}
+
+int refuse(const std::string& problem) {
+    std::cerr << "voka: " << problem << " (choose another --out)\n";
+    return kExitUsage;
+}
+
+}  // namespace
+
+int filterFiles(Session& session, const FilterRequest& request) {
+    std::vector<Target> targets;
+    if (int code = openTargets(session, request.files, targets); code != kExitOk) return code;
+    const bool duplicate = request.type.empty() ? session.plugin().state().prefs.filterType == kFilterDuplicateFile
+                                                : request.type == "duplicate";
     if (duplicate) {
-        const std::string& output = plan.documents.front().saved;
-        if (int code = writeContentDocument(session, filtered, plan.documents.front().input, plan.folder, output); code != kExitOk) return code;
-        warnWhereInvalid(session, filtered, output);
-        return unopened;
+        // Each file keeps its outputs side by side in --out: planned all at once, so that none takes another's place.
+        std::vector<OutputPlan> plans;
+        std::set<std::string> places;
+        for (const Target& target : targets) {
+            plans.push_back(planOutputs(request.outDir, inputsOf(session, target.object, target.file), OutputKind::Content));
+            const OutputPlan& plan = plans.back();
+            if (!plan.problem.empty()) return refuse(plan.problem);
+            std::vector<std::string> written{plan.index};
+            for (const DocumentOutputs& outputs : plan.documents) written.push_back(outputs.saved);
+            for (const std::string& place : written)
+                if (!place.empty() && !places.insert(place).second)
+                    return refuse("two of the files given would both write " + place);
+        }
+        for (std::size_t t = 0; t < targets.size(); ++t)
+            if (int code = filterDuplicate(session, request, targets[t], plans[t]); code != kExitOk) return code;
+        return session.unopenedChapters() ? kExitBadInput : kExitOk;
+    }
+
+    const OutputPlan plan = planOutputs(request.outDir, inputsOf(session, targets), OutputKind::Pictures);
+    if (!plan.problem.empty()) return refuse(plan.problem);
+    for (const Target& target : targets) {
+        activate(session, target);
+        session.agent().addDialogScript(filterChoice(request, false, false));
+        const int result = runFilterCommand(session, objectType(target.object) == kBookObject);
+        if (result != 1) {
+            std::cerr << "voka: filtering " << target.file << " did not complete: "
+                      << whyNotFiltered(cancelRequested() ? 108 : result) << "\n";
+            return session.unopenedChapters() ? kExitBadInput : exitCodeOf(cancelRequested() ? 108 : result);
+        }
     }
     for (const DocumentOutputs& outputs : plan.documents) {
         if (cancelRequested()) return kExitCancelled;
@@ -187,30 +217,28 @@ int filterFiles(Session& session, const FilterRequest& request) {
         auto rendering = [&](const headless::Document&) { return filterRendering(session, title); };
         if (int code = writeDocumentAndPage(session, outputs, plan.folder, rendering); code != kExitOk) return code;
     }
-    if (int code = writeIndexPage(plan, fs::path(file).filename().string()); code != kExitOk) return code;
-    return unopened;
+    const std::string indexTitle = targets.size() == 1 ? fs::path(targets.front().file).filename().string() : "voka filter";
+    if (int code = writeIndexPage(plan, indexTitle); code != kExitOk) return code;
+    return session.unopenedChapters() ? kExitBadInput : kExitOk;
 }
 
-int restoreFiles(Session& session, const std::string& file, const std::string& outDir) {
-    const Handle target = session.openFile(file);
-    if (target == kNoObject) return kExitBadInput;
-    if (cancelRequested()) return kExitCancelled;
-    const bool book = objectType(target) == kBookObject;
-    if (!book) session.host().setActiveDocument(target);
-    const OutputPlan plan = planOutputs(outDir, inputsOf(session, target, file));
-    if (!plan.problem.empty()) {
-        std::cerr << "voka: " << plan.problem << " (choose another --out)\n";
-        return kExitUsage;
+int restoreFiles(Session& session, const std::vector<std::string>& files, const std::string& outDir) {
+    std::vector<Target> targets;
+    if (int code = openTargets(session, files, targets); code != kExitOk) return code;
+    const OutputPlan plan = planOutputs(outDir, inputsOf(session, targets));
+    if (!plan.problem.empty()) return refuse(plan.problem);
+    for (const Target& target : targets) {
+        activate(session, target);
+        session.plugin().state().lastCommandResult = 0;
+        session.host().invokeCommand(objectType(target.object) == kBookObject ? "vkp_RestoreBook" : "vkp_RestoreDoc");
+        if (session.plugin().state().lastCommandResult != 1 || cancelRequested()) {
+            std::cerr << "voka: restoring " << target.file << " did not complete\n";
+            return session.unopenedChapters() ? kExitBadInput : cancelRequested() ? kExitCancelled : kExitFailed;
+        }
     }
-    session.plugin().state().lastCommandResult = 0;
-    session.host().invokeCommand(book ? "vkp_RestoreBook" : "vkp_RestoreDoc");
-    const int unopened = session.unopenedChapters() ? kExitBadInput : kExitOk;
-    if (session.plugin().state().lastCommandResult != 1 || cancelRequested()) {
-        std::cerr << "voka: restoring " << file << " did not complete\n";
-        return unopened ? unopened : cancelRequested() ? kExitCancelled : kExitFailed;
-    }
-    if (int code = writePlainPictures(session, plan, fs::path(file).filename().string()); code != kExitOk) return code;
-    return unopened;
+    const std::string indexTitle = targets.size() == 1 ? fs::path(targets.front().file).filename().string() : "voka restore";
+    if (int code = writePlainPictures(session, plan, indexTitle); code != kExitOk) return code;
+    return session.unopenedChapters() ? kExitBadInput : kExitOk;
 }
 
 }  // namespace voka::cli

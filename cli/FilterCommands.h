@@ -5,11 +5,12 @@
 #include "cli/Session.h"
 
 #include <string>
+#include <vector>
 
 namespace voka::cli {
 
 struct FilterRequest {
-    std::string file;      // "" for the bundled example book
+    std::vector<std::string> files;  // none for the bundled example book
     std::string category;  // "" to keep the active one
     std::string scheme;
     std::string type;      // "source", "duplicate", or "" for the preference
@@ -19,6 +20,6 @@ struct FilterRequest {
 int filterFiles(Session& session, const FilterRequest& request);
 
 // Restores a source-filtered document or book and writes it as colouring does.
-int restoreFiles(Session& session, const std::string& file, const std::string& outDir);
+int restoreFiles(Session& session, const std::vector<std::string>& files, const std::string& outDir);
 
 }  // namespace voka::cli

@@ -114,7 +114,7 @@ int main(int argc, char** argv) {
         "filter", "Filter a document or a book with a filter scheme: a duplicate filter writes the kept content in "
                   "its own vocabulary (and a new book file); a source filter hides what fails under the condition "
                   "\"Hidden\" and writes the full form and its HTML rendering");
-    filter->add_option("FILE", filterRequest.file, "XML document or book file (default: the bundled example book)");
+    filter->add_option("FILE", filterRequest.files, "XML documents or books, each in turn (default: the bundled example book)");
     filter->add_option("--category", filterRequest.category, "Scheme category (default: the active one)");
     filter->add_option("--scheme", filterRequest.scheme, "Filter scheme (default: the active one)");
     filter->add_option("--type", filterRequest.type, "source or duplicate (default: the preference)")
@@ -125,10 +125,11 @@ int main(int argc, char** argv) {
                        "path relative to the book's folder)")
         ->capture_default_str();
 
-    std::string restoreFile, restoreOut = "voka-out";
+    std::vector<std::string> restoreFiles;
+    std::string restoreOut = "voka-out";
     auto* restore = app.add_subcommand("restore", "Show everything a source filter hid in a document or a book again "
                                                   "and write the result");
-    restore->add_option("FILE", restoreFile, "Document or book that a source filter hid content in")->required();
+    restore->add_option("FILE", restoreFiles, "Documents or books that a source filter hid content in")->required();
     restore->add_option("-o,--out", restoreOut, "Output folder")->capture_default_str();
 
     voka::cli::ValidateRequest validateRequest;
@@ -237,7 +238,7 @@ int main(int argc, char** argv) {
     else if (color->parsed()) code = voka::cli::colorFiles(session, colorRequest);
     else if (uncolor->parsed()) code = voka::cli::colorFiles(session, uncolorRequest);
     else if (filter->parsed()) code = voka::cli::filterFiles(session, filterRequest);
-    else if (restore->parsed()) code = voka::cli::restoreFiles(session, restoreFile, restoreOut);
+    else if (restore->parsed()) code = voka::cli::restoreFiles(session, restoreFiles, restoreOut);
     else if (validate->parsed()) {
         using voka::cli::FindingFormat;
         validateRequest.format = validateFormat == "json"    ? FindingFormat::Json

@@ -139,6 +139,8 @@ TEST_F(DependableRuns, CommandLineHabits) {
         book += std::string("<component path=\"") + name + "\"/>";
     }
     writeFile(in + "/b.book", book + "</voka-book>");
+    fs::create_directories(in + "/sub");
+    writeFile(in + "/sub/a.xml", "<chapter><p>y</p></chapter>\n");
     const std::string fresh = scratch / "fresh";
     fs::create_directories(fresh);
     struct Case {
@@ -160,6 +162,9 @@ TEST_F(DependableRuns, CommandLineHabits) {
          out + "/c.html", "gone.dtd", "Welcome"},
         {"several files, one index", {VOKA_EXE, "--home", home, "color", in + "/a.xml", in + "/c.xml", "-o", out}, 0,
          out + "/c.xml\n" + out + "/c.html\n" + out + "/index.html\n", ""},
+        {"two files of one name filtered side by side",
+         {VOKA_EXE, "--home", home, "filter", "--type", "duplicate", in + "/a.xml", in + "/sub/a.xml", "-o", out + "-f"}, 2,
+         "", "two of the files given would both write " + out + "-f/a.xml"},
         {"a separator of letters", {VOKA_EXE, "--home", home, "--value-separator", "os=x", "info", in + "/a.xml"}, 2, "",
          "expected ATTR=C"},
     };
