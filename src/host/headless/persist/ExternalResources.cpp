@@ -109,6 +109,22 @@ std::string fileUri(std::string_view absolutePath) {
     return uri;
 }
 
+std::string_view uriScheme(std::string_view uri) { return schemeOf(uri); }
+
+std::string percentDecoded(std::string_view text) {
+    std::string out;
+    out.reserve(text.size());
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '%' && i + 2 < text.size() && hexValue(text[i + 1]) >= 0 && hexValue(text[i + 2]) >= 0) {
+            out += static_cast<char>(hexValue(text[i + 1]) * 16 + hexValue(text[i + 2]));
+            i += 2;
+        } else {
+            out += text[i];
+        }
+    }
+    return out;
+}
+
 bool pathOfUri(std::string_view uri, std::string& path) {
     const std::string_view scheme = schemeOf(uri);
     if (scheme.empty()) {
@@ -123,15 +139,7 @@ bool pathOfUri(std::string_view uri, std::string& path) {
         if (uri.empty() || uri.front() != '/') return false;  // a file on another host
     }
     if (auto cut = uri.find_first_of("?#"); cut != std::string_view::npos) uri = uri.substr(0, cut);
-    path.clear();
-    for (std::size_t i = 0; i < uri.size(); ++i) {
-        if (uri[i] == '%' && i + 2 < uri.size() && hexValue(uri[i + 1]) >= 0 && hexValue(uri[i + 2]) >= 0) {
-            path += static_cast<char>(hexValue(uri[i + 1]) * 16 + hexValue(uri[i + 2]));
-            i += 2;
-        } else {
-            path += uri[i];
-        }
-    }
+    path = percentDecoded(uri);
     return !path.empty() && path.find('\0') == std::string::npos;
 }
 

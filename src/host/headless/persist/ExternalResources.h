@@ -15,6 +15,10 @@ namespace voka::headless {
 
 // "file:///home/ann/my%20docs/a%23b.xml" for "/home/ann/my docs/a#b.xml".
 std::string fileUri(std::string_view absolutePath);
+// The scheme of an absolute URI ("http"); empty for a path, a relative reference or "C:".
+std::string_view uriScheme(std::string_view uri);
+// %XX escapes decoded; a '%' not followed by two hex digits stays as it is.
+std::string percentDecoded(std::string_view text);
 // The path a file URI (or a plain path) names; false for any other scheme.
 bool pathOfUri(std::string_view uri, std::string& path);
 // What people read: the path of a file URI, anything else as it is.
