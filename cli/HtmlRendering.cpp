@@ -1,5 +1,7 @@
 #include "cli/HtmlRendering.h"
 
+#include "cli/PageStyles.h"
+
 #include <algorithm>
 #include <cctype>
 #include <charconv>
@@ -46,14 +48,6 @@ void appendEscaped(std::string& out, std::string_view text) {
 // The blanks of the C locale, without a call per character.
 bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
-// A colour from a document goes into a style only as #RGB or #RRGGBB hex:
-// anything else could carry markup or CSS of its own.
-std::string cssColor(std::string_view rgb) {
-    const bool hex = (rgb.size() == 4 || rgb.size() == 7) && rgb[0] == '#' &&
-                     std::all_of(rgb.begin() + 1, rgb.end(), [](char c) { return std::isxdigit(static_cast<unsigned char>(c)); });
-    return hex ? std::string(rgb) : std::string();
-}
-
 // Reads a run map at offsets that only grow, as the page is written: each
 // step is O(1) amortised instead of a search.
 template <class Value>
@@ -74,25 +68,18 @@ private:
     std::size_t next_ = 0;
 };
 
-struct FormatHash {
-    std::size_t operator()(const CharFormat& f) const {
-        const std::uint64_t styles = std::uint64_t{f.set} | std::uint64_t{f.underlining} << 8 |
-                                     std::uint64_t{f.overline} << 16 | std::uint64_t{f.strikethrough} << 24 |
-                                     std::uint64_t{f.changeBar} << 32;
-        return std::hash<std::uint64_t>()(styles * 0x9E3779B97F4A7C15ull ^ f.color);
-    }
-};
-
 class Renderer {
 public:
-    Renderer(const Document& doc, const Rendering& rendering, std::string& out, const PageSink& sink)
-        : doc_(doc), notes_(rendering.notes), out_(out), sink_(sink) {}
+    Renderer(const Document& doc, const Rendering& rendering, const FormatClasses& formats, std::string& out,
+             const PageSink& sink)
+        : doc_(doc), rendering_(rendering), formats_(formats), out_(out), sink_(sink) {}
     bool failed() const { return failed_; }
 
     void flow(const Flow& flow) {
         flow_ = &flow;
-        formats_.emplace(flow.formats);
+        runs_.emplace(flow.formats);
         conditions_.emplace(flow.conditions);
+        lastFormat_ = nullptr;
         out_ += "<section class=\"flow\" data-flow=\"";
         appendEscaped(out_, flow.name);
         out_ += "\">\n";
@@ -101,6 +88,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t kNoRule = static_cast<std::size_t>(-1);
+
     bool hidden() const {
         if (doc_.showAll) return false;
         const std::uint32_t* set = conditions_->value();
@@ -128,20 +117,28 @@ private:
         return false;
     }
 
+    bool blank(std::uint32_t from, std::uint32_t to) const {
+        for (std::uint32_t i = from; i < to && i < flow_->text.size(); ++i)
+            if (!isBlank(flow_->text[i])) return false;
+        return true;
+    }
+
     // Mixed content (text beside child elements) is laid out inline.
     bool hasOwnText(const Element& e) const {
         std::uint32_t at = e.begin;
-        auto scan = [&](std::uint32_t from, std::uint32_t to) {
-            for (std::uint32_t i = from; i < to && i < flow_->text.size(); ++i)
-                if (!isBlank(flow_->text[i])) return true;
-            return false;
-        };
         for (Index c = e.firstChild; c != kNil; c = doc_.elements[c].nextSibling) {
-            if (scan(at, doc_.elements[c].begin)) return true;
+            if (!blank(at, doc_.elements[c].begin)) return true;
             at = doc_.elements[c].end;
         }
-        return scan(at, e.end);
+        return !blank(at, e.end);
     }
+
+    // Nothing to show a colour on: no text at all, or a leaf of blanks.
+    bool holdsNoText(const Element& e) const {
+        return e.begin >= e.end || (e.firstChild == kNil && blank(e.begin, e.end));
+    }
+
+    static std::uint32_t textBytes(const Element& e) { return e.end > e.begin ? e.end - e.begin : 0; }
 
     // Depth-first with a stack of its own: a document may nest as deep as the
     // loader allows, far deeper than the call stack would take.
@@ -149,62 +146,134 @@ private:
         struct Open {
             Index index;
             Index nextChild;
-            std::uint32_t at;     // text before nextChild starts here
-            bool inlineLayout;    // this element is laid out inline
-            bool childrenInline;  // and so are its children
+            std::uint32_t at;         // text before nextChild starts here
+            bool inlineLayout;        // this element is laid out inline
+            bool childrenInline;      // and so are its children
+            bool chunked;             // its block children go into chunks
+            std::uint32_t chunkFill;  // what the open chunk holds; 0 when none is open
         };
         std::vector<Open> open;
         auto enter = [&](Index index, bool inlineLayout) {
             const Element& e = doc_.elements[index];
-            startBox(index, inlineLayout);
-            open.push_back(Open{index, e.firstChild, e.begin, inlineLayout, hasOwnText(e)});
+            startBox(e, inlineLayout);
+            const bool childrenInline = hasOwnText(e);
+            open.push_back(Open{index, e.firstChild, e.begin, inlineLayout, childrenInline,
+                                !childrenInline && textBytes(e) > kChunkBytes, 0});
         };
         enter(root, false);
         while (!open.empty()) {
             Open& top = open.back();
             if (top.nextChild != kNil) {
                 const Index child = top.nextChild;
-                text(top.at, doc_.elements[child].begin);
-                top.at = doc_.elements[child].end;
-                top.nextChild = doc_.elements[child].nextSibling;
-                if (!leftOut(child)) enter(child, top.childrenInline);
+                const Element& c = doc_.elements[child];
+                text(top.at, c.begin);
+                top.at = c.end;
+                top.nextChild = c.nextSibling;
+                if (leftOut(child)) continue;
+                if (top.chunked) chunk(top.chunkFill, child);
+                enter(child, top.childrenInline);
                 continue;
             }
             text(top.at, doc_.elements[top.index].end);
+            if (top.chunkFill != 0) out_ += "</div>\n";
             endBox(top.inlineLayout);
             open.pop_back();
             if (out_.size() > kFlushAt) flush();
         }
     }
 
-    void startBox(Index index, bool inlineLayout) {
-        const Element& e = doc_.elements[index];
-        if (!notes_.empty()) {
-            if (const auto note = notes_.find(e.unique); note != notes_.end()) return startNotedBox(e, inlineLayout, note->second);
+    // The small block children of a large element go into chunks of about
+    // kChunkBytes each, which the browser lays out only when they come on
+    // screen; a large child stands between chunks and is chunked inside.
+    void chunk(std::uint32_t& fill, Index child) {
+        const std::uint32_t bytes = textBytes(doc_.elements[child]);
+        const bool small = bytes <= kChunkBytes;
+        if (fill != 0 && (!small || fill >= kChunkBytes)) {
+            out_ += "</div>\n";
+            fill = 0;
         }
-        out_ += inlineLayout ? "<span class=\"el\" data-el=\"" : "<div class=\"el\" data-el=\"";
-        char digits[16];
-        const auto written = std::to_chars(digits, digits + sizeof digits, e.unique);
-        out_.append(digits, written.ptr);
-        if (e.attributesCount > 0) attributesTitle(index);
-        const BoxEnds& ends = boxEnds(e.definition);
-        out_ += inlineLayout ? ends.inlineBox : ends.block;
+        if (!small) return;
+        if (fill == 0) appendChunkStart(out_, chunkBytes(child));
+        fill += bytes + kChunkElementBytes;
     }
 
-    // The element's attributes, shown when the pointer rests on it; and
+    // What the chunk starting at `first` will hold, by the same measure: each
+    // sibling is looked at twice at most.
+    std::uint32_t chunkBytes(Index first) const {
+        std::uint32_t fill = 0;
+        for (Index i = first; i != kNil && fill < kChunkBytes; i = doc_.elements[i].nextSibling) {
+            const std::uint32_t bytes = textBytes(doc_.elements[i]);
+            if (bytes > kChunkBytes) break;
+            fill += bytes + kChunkElementBytes;
+        }
+        return fill;
+    }
+
+    void startBox(const Element& e, bool inlineLayout) {
+        out_ += inlineLayout ? "<span" : "<div";
+        const std::string* note = nullptr;
+        if (!rendering_.notes.empty()) {
+            if (const auto found = rendering_.notes.find(e.unique); found != rendering_.notes.end()) note = &found->second;
+        }
+        const bool empty = holdsNoText(e);
+        std::size_t rule = kNoRule;
+        if (empty && !rendering_.tagRules.empty()) {
+            const auto found = rendering_.tagRules.find(e.unique);
+            if (found != rendering_.tagRules.end() && found->second < rendering_.legend.size()) rule = found->second;
+        }
+        if (note || empty) classes(note != nullptr, empty, rule);
+        // Elements a report links to get the anchor "el-N".
+        if (note) {
+            out_ += " id=\"el-";
+            appendNumber(e.unique);
+            out_ += '"';
+        }
+        const BoxTag& tag = boxTag(e.definition);
+        out_ += tag.attributes;
+        if (e.attributesCount > 0) attributes(e, tag.keepsLineBreaks);
+        out_ += '>';
+        if (note) {
+            out_ += "<span class=\"note\">";
+            appendEscaped(out_, *note);
+            out_ += "</span>";
+        }
+    }
+
+    // "finding" for an element a report links to; "e" for one without text,
+    // whose tag label then shows, and "rN" for the rule whose look it takes.
+    void classes(bool finding, bool empty, std::size_t rule) {
+        const bool several = (finding && empty) || rule != kNoRule;
+        out_ += several ? " class=\"" : " class=";
+        if (finding) out_ += empty ? "finding " : "finding";
+        if (empty) out_ += 'e';
+        if (rule != kNoRule) {
+            out_ += " r";
+            appendNumber(rule);
+        }
+        if (several) out_ += '"';
+    }
+
+    void appendNumber(std::uint64_t number) {
+        char digits[24];
+        const auto written = std::to_chars(digits, digits + sizeof digits, number);
+        out_.append(digits, written.ptr);
+    }
+
+    // The element's attributes, one a line, as the title the pointer shows;
+    // focusable, so that a click shows them in the side panel as well. And
     // xml:space="preserve" keeps its line breaks, as the vocabulary asks.
-    void attributesTitle(Index index) {
-        const Element& e = doc_.elements[index];
+    void attributes(const Element& e, bool keepsLineBreaks) {
         if (e.definition >= doc_.definitions.size()) return;
         const headless::ElementDefinition& def = doc_.definitions[e.definition];
-        out_ += "\" title=\"";
+        const std::size_t mark = out_.size();
+        out_ += " tabindex=0 title=\"";
         bool preserve = false, first = true;
         for (std::uint32_t i = 0; i < e.attributesCount; ++i) {
             const headless::AttributeSlot& slot = doc_.attributeSlots[e.attributesBegin + i];
             if (slot.position >= def.attributes.size() || slot.values >= doc_.values.size()) continue;
             const auto& values = doc_.values.get(slot.values);
             if (values.empty()) continue;
-            if (!first) out_ += "; ";
+            if (!first) out_ += '\n';
             first = false;
             appendEscaped(out_, def.attributes[slot.position].name);
             out_ += '=';
@@ -214,17 +283,12 @@ private:
             }
             preserve = preserve || (def.attributes[slot.position].name == "xml:space" && values.front() == "preserve");
         }
-        if (preserve) out_ += "\" style=\"white-space:pre-wrap";
-    }
-
-    void startNotedBox(const Element& e, bool inlineLayout, const std::string& note) {
-        const std::string unique = std::to_string(e.unique);
-        out_ += (inlineLayout ? "<span" : "<div") + std::string(" class=\"el finding\" id=\"el-") + unique +
-                "\" data-el=\"" + unique;
-        out_ += inlineLayout ? boxEnds(e.definition).inlineBox : boxEnds(e.definition).block;
-        out_ += "<span class=\"note\">";
-        appendEscaped(out_, note);
-        out_ += "</span>";
+        if (first) {  // every value empty: nothing to show
+            out_.resize(mark);
+            return;
+        }
+        out_ += '"';
+        if (preserve && !keepsLineBreaks) out_ += " data-ws=pre";
     }
 
     // Listings and verse of DITA, DocBook and HTML, whose line breaks are content.
@@ -236,22 +300,28 @@ private:
         return std::find(std::begin(kTags), std::end(kTags), tag) != std::end(kTags);
     }
 
-    // The rest of a box's start tag, the same for every element of a definition.
-    struct BoxEnds {
-        std::string inlineBox;  // `" data-tag="TAG">`
-        std::string block;      // the same and `<span class="tag">TAG</span>`
+    // The part of a box's start tag that is the same for every element of a
+    // definition: ` data-t=TAG`, which the tag label and the panel show.
+    struct BoxTag {
+        std::string attributes;
+        bool keepsLineBreaks = false;
     };
-    const BoxEnds& boxEnds(Index definition) {
+    const BoxTag& boxTag(Index definition) {
         const std::size_t slot = definition < doc_.definitions.size() ? definition : doc_.definitions.size();
-        if (slot >= boxEnds_.size()) boxEnds_.resize(slot + 1);
-        BoxEnds& ends = boxEnds_[slot];
-        if (ends.inlineBox.empty()) {
-            std::string tag;
-            if (slot < doc_.definitions.size()) appendEscaped(tag, doc_.definitions[slot].tag);
-            ends.inlineBox = "\" data-tag=\"" + tag + (keepsLineBreaks(tag) ? "\" data-ws=\"pre\">" : "\">");
-            ends.block = ends.inlineBox + "<span class=\"tag\">" + tag + "</span>";
+        if (slot >= boxTags_.size()) boxTags_.resize(slot + 1);
+        BoxTag& tag = boxTags_[slot];
+        if (tag.attributes.empty()) {
+            std::string name;
+            if (slot < doc_.definitions.size()) appendEscaped(name, doc_.definitions[slot].tag);
+            tag.keepsLineBreaks = keepsLineBreaks(name);
+            // An XML name needs no quotes, a byte per element less each side.
+            const bool plain = !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
+                return std::isalnum(static_cast<unsigned char>(c)) || c == '-' || c == '_' || c == '.' || c == ':';
+            });
+            tag.attributes = plain ? " data-t=" + name : " data-t=\"" + name + "\"";
+            if (tag.keepsLineBreaks) tag.attributes += " data-ws=pre";
         }
-        return ends;
+        return tag;
     }
 
     void endBox(bool inlineLayout) { out_ += inlineLayout ? "</span>" : "</div>\n"; }
@@ -266,73 +336,49 @@ private:
     void text(std::uint32_t begin, std::uint32_t end) {
         end = std::min<std::uint32_t>(end, static_cast<std::uint32_t>(flow_->text.size()));
         while (begin < end) {
-            formats_->seek(begin);
+            runs_->seek(begin);
             conditions_->seek(begin);
-            const std::uint32_t stop = std::min(formats_->boundary(end), conditions_->boundary(end));
+            const std::uint32_t stop = std::min(runs_->boundary(end), conditions_->boundary(end));
             std::string_view piece(flow_->text.data() + begin, stop - begin);
-            if (!hidden() && !piece.empty()) span(formats_->value(), piece);
+            if (!hidden() && !piece.empty()) span(runs_->value(), piece);
             begin = stop;
         }
     }
 
+    // A run in its format's class; blanks show no format, so they go plain.
     void span(const CharFormat* format, std::string_view piece) {
-        const bool allBlank = std::all_of(piece.begin(), piece.end(), isBlank);
-        if (!format || format->set == 0 || allBlank) {
+        const std::string* opening = format && format->set != 0 ? openingOf(format) : nullptr;
+        if (!opening || opening->empty() || std::all_of(piece.begin(), piece.end(), isBlank)) {
             appendEscaped(out_, piece);
             return;
         }
-        auto [opening, added] = openings_.try_emplace(*format);
-        if (added) opening->second = spanOpening(*format);
-        out_ += opening->second;
+        out_ += *opening;
         appendEscaped(out_, piece);
         out_ += "</span>";
     }
 
-    std::string spanOpening(const CharFormat& format) const {
-        std::string style;
-        std::string data;
-        if ((format.set & CharFormat::kColor) && format.color < doc_.colors.size()) {
-            if (const std::string rgb = cssColor(doc_.colors[format.color].rgb); !rgb.empty()) style += "color:" + rgb + ";";
-            data += " data-color=\"";
-            appendEscaped(data, doc_.colors[format.color].name);
-            data += "\"";
+    // Pieces of one run follow each other (a child element splits them), so
+    // the last run's opening is kept.
+    const std::string* openingOf(const CharFormat* format) {
+        if (format != lastFormat_) {
+            lastFormat_ = format;
+            const auto found = formats_.openings.find(*format);
+            lastOpening_ = found == formats_.openings.end() ? nullptr : &found->second;
         }
-        std::string lines;
-        std::string lineStyle;
-        if ((format.set & CharFormat::kUnderlining) && format.underlining) {
-            lines += " underline";
-            static const char* kUnderlineStyles[] = {"", "solid", "double", "dotted"};
-            lineStyle = kUnderlineStyles[std::min<int>(format.underlining, 3)];
-            data += " data-underline=\"" + std::to_string(format.underlining) + "\"";
-        }
-        if ((format.set & CharFormat::kOverline) && format.overline) {
-            lines += " overline";
-            data += " data-overline=\"1\"";
-        }
-        if ((format.set & CharFormat::kStrikethrough) && format.strikethrough) {
-            lines += " line-through";
-            data += " data-strikethrough=\"1\"";
-        }
-        if (!lines.empty()) {
-            style += "text-decoration-line:" + lines.substr(1) + ";";
-            if (!lineStyle.empty()) style += "text-decoration-style:" + lineStyle + ";";
-        }
-        if ((format.set & CharFormat::kChangeBar) && format.changeBar) {
-            style += "border-left:3px solid #c00000;padding-left:2px;";
-            data += " data-change-bar=\"1\"";
-        }
-        return "<span class=\"t\" style=\"" + style + "\"" + data + ">";
+        return lastOpening_;
     }
 
-    std::vector<BoxEnds> boxEnds_;  // by definition, the last for an element without one
+    std::vector<BoxTag> boxTags_;  // by definition, the last for an element without one
     const Document& doc_;
-    const std::unordered_map<std::uint32_t, std::string>& notes_;
+    const Rendering& rendering_;
+    const FormatClasses& formats_;
     std::string& out_;
     const PageSink& sink_;
     const Flow* flow_ = nullptr;
-    std::optional<RunCursor<CharFormat>> formats_;
+    std::optional<RunCursor<CharFormat>> runs_;
     std::optional<RunCursor<std::uint32_t>> conditions_;
-    std::unordered_map<CharFormat, std::string, FormatHash> openings_;  // a span's start tag by its format
+    const CharFormat* lastFormat_ = nullptr;
+    const std::string* lastOpening_ = nullptr;
     bool failed_ = false;
 };
 
@@ -359,18 +405,30 @@ void filterLegend(std::string& out, const Rendering& rendering) {
     out += "</table>\n";
 }
 
-void legend(std::string& out, const Rendering& rendering) {
-    if (rendering.legendCaption.empty()) return;
-    if (!rendering.filterLegend.empty()) return filterLegend(out, rendering);
+// Each rule's colour name is written in the rule's look, so the legend shows
+// what the picture does; the tint switch sits at its foot.
+void legend(std::string& out, const Rendering& rendering, bool colors) {
+    if (colors) appendTintCheckbox(out);
+    if (rendering.legendCaption.empty() || !rendering.filterLegend.empty()) {
+        if (!rendering.legendCaption.empty()) filterLegend(out, rendering);
+        if (colors) {
+            out += "<p>";
+            appendTintSwitch(out);
+            out += "</p>\n";
+        }
+        return;
+    }
     legendCaption(out, rendering);
     out += "<tr><th>#</th><th>Colour</th><th>Style</th><th>Override</th><th>Match all</th>"
            "<th>Conditions</th></tr>\n";
-    int position = 0;
-    for (const LegendRule& rule : rendering.legend) {
-        out += "<tr><td>" + std::to_string(++position) + "</td><td>";
+    for (std::size_t i = 0; i < rendering.legend.size(); ++i) {
+        const LegendRule& rule = rendering.legend[i];
+        out += "<tr><td>" + std::to_string(i + 1) + "</td><td>";
         if (const std::string rgb = cssColor(rule.rgb); !rgb.empty())
             out += "<span class=\"swatch\" style=\"background:" + rgb + "\"></span> ";
+        out += "<span class=r" + std::to_string(i) + ">";
         appendEscaped(out, rule.name);
+        out += "</span>";
         if (rule.rgb.empty() && rule.name != "<refresh EDD>" && rule.name != "<skip>")
             out += " <em>(not in the document)</em>";
         out += "</td><td>";
@@ -381,6 +439,11 @@ void legend(std::string& out, const Rendering& rendering) {
         out += rule.matchAll ? "yes" : "";
         out += "</td><td>";
         appendEscaped(out, rule.conditions);
+        out += "</td></tr>\n";
+    }
+    if (colors) {
+        out += "<tr><td colspan=6>";
+        appendTintSwitch(out);
         out += "</td></tr>\n";
     }
     out += "</table>\n";
@@ -397,22 +460,14 @@ const char* styleLabel(int style) {
 bool renderHtml(const Document& doc, const Rendering& rendering, const PageSink& sink) {
     std::string out;
     out.reserve(2 << 20);
+    const FormatClasses formats = formatClasses(doc);
     appendPageHead(out, rendering.title);
-    out += "<style>\n"
-           "body{font-family:sans-serif;margin:2em;line-height:1.6}\n"
-           ".el{margin-left:1.2em}\nspan.el{margin-left:0}\n"
-           ".tag{font-size:70%;color:#888;margin-right:.4em;font-family:monospace}\n"
-           ".legend{border-collapse:collapse;margin-bottom:2em}\n"
-           ".legend td,.legend th{border:1px solid #ccc;padding:.2em .6em;text-align:left}\n"
-           ".swatch{display:inline-block;width:1em;height:1em;border:1px solid #444;vertical-align:middle}\n"
-           "[data-ws=pre]{white-space:pre-wrap;font-family:monospace}\n"
-           ".finding .note{font-size:80%;color:#a00;margin-right:.4em}\n"
-           ".finding:target{outline:3px solid #c00;background:#fff3f3}\n"
-           "</style></head><body>\n<h1>";
+    appendStyleSheet(out, doc, formats, rendering);
+    out += "</head><body>\n<h1>";
     appendEscaped(out, rendering.title);
     out += "</h1>\n";
-    legend(out, rendering);
-    Renderer renderer(doc, rendering, out, sink);
+    legend(out, rendering, hasColors(doc, formats, rendering));
+    Renderer renderer(doc, rendering, formats, out, sink);
     for (const Flow& flow : doc.flows) renderer.flow(flow);
     out += "</body></html>\n";
     return sink(out) && !renderer.failed();

@@ -2,6 +2,9 @@
 // its colour and character styles (overline, strikethrough, single, double and
 // numeric underline, change bar), hidden conditional text left out, and a
 // legend of the scheme's rules: a colouring scheme's, or a filter scheme's.
+// An element's attributes show when the pointer rests on it and, in a panel at
+// the side, when it is clicked; a switch in the legend tints backgrounds
+// instead of colouring text. All of it is HTML and CSS: the page runs no script.
 #pragma once
 
 #include "host/headless/Model.h"
@@ -40,6 +43,10 @@ struct Rendering {
     // Elements a report links to, by their unique number: each gets the
     // anchor "el-N", is highlighted when the link is followed, and shows the note.
     std::unordered_map<std::uint32_t, std::string> notes;
+    // Elements that hold no text (a map's topicref, an empty image), by their
+    // unique number: the position in `legend` of the rule that matches each.
+    // No text run can carry its look, so the element's tag label shows it.
+    std::unordered_map<std::uint32_t, std::size_t> tagRules;
 };
 
 // Takes the page a piece at a time; false when the piece could not be written.

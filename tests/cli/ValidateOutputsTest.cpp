@@ -86,7 +86,7 @@ TEST_F(VokaValidate, TheExampleBooksFindingsStandAtTheirStartTagsAndTheReportLin
         for (const auto& t : targets) fragments += (fragments.empty() ? "'" : ",'") + t[0] + "'";
         text += "<script>var lines=[];[" + fragments +
                 "].forEach(function(f){location.hash=f;var t=document.querySelector(':target');"
-                "lines.push(f+'\\t'+(t?t.getAttribute('data-tag'):'')+'\\t'+(t&&t.querySelector('.note')?"
+                "lines.push(f+'\\t'+(t?t.getAttribute('data-t'):'')+'\\t'+(t&&t.querySelector('.note')?"
                 "t.querySelector('.note').textContent:'')+'\\t'+(t?getComputedStyle(t).outlineStyle:''));});"
                 "var p=document.createElement('pre');p.id='voka-links';p.textContent=lines.join('\\n');"
                 "document.body.appendChild(p);</script>";
