@@ -3,6 +3,9 @@
 #include "cli/DocumentWriting.h"
 #include "cli/Home.h"
 #include "cli/SchemeChoice.h"
+#include "coloring/ColoringCommands.h"
+#include "host/headless/Handles.h"
+#include "schemes/RuleMatching.h"
 #include "cli/Signals.h"
 #include "host/headless/HostPaths.h"
 #include "host/headless/persist/Persist.h"
@@ -91,8 +94,8 @@ std::string conditionsText(const Attributes& conditions, bool matchAll) {
     return text;
 }
 
-Rendering coloringRendering(Session& session, const headless::Document& doc, const std::string& title) {
-    const PluginState& state = session.plugin().state();
+Rendering coloringRendering(Session& session, Handle docHandle, const headless::Document& doc, const std::string& title) {
+    PluginState& state = session.plugin().state();
     Rendering rendering;
     rendering.title = title;
     rendering.legendCaption = "Coloring scheme";
@@ -107,6 +110,15 @@ Rendering coloringRendering(Session& session, const headless::Document& doc, con
         entry.matchAll = rule.matchAll == 1;
         entry.conditions = conditionsText(rule.conditions, entry.matchAll);
         rendering.legend.push_back(entry);
+    }
+    // An element without text shows its rule's look on its tag (a map's topicref, an empty image).
+    MatchContext context;
+    prepareMatching(state, docHandle, context);
+    for (const headless::Element& e : doc.elements) {
+        if (!e.alive || e.begin < e.end) continue;
+        const Handle element = headless::makeHandle(kElementObject, e.handleId);
+        const int rule = findMatchingRuleIn(session.host(), state, context, element, kColorDocument);
+        if (rule >= 0) rendering.tagRules[e.unique] = static_cast<std::size_t>(rule);
     }
     return rendering;
 }
@@ -195,7 +207,7 @@ int colorFiles(Session& session, const ColorRequest& request) {
     for (const DocumentOutputs& outputs : plan.documents) {
         if (cancelRequested()) return kExitCancelled;
         const std::string title = fs::path(outputs.input).filename().string();
-        auto rendering = [&](const headless::Document& doc) { return coloringRendering(session, doc, title); };
+        auto rendering = [&](const headless::Document& doc) { return coloringRendering(session, outputs.doc, doc, title); };
         if (int code = writeDocumentAndPage(session, outputs, plan.folder, rendering, form); code != kExitOk) return code;
     }
     const std::string indexTitle = targets.size() == 1 ? fs::path(targets.front().file).filename().string() : "voka color";
