@@ -300,6 +300,14 @@ private:
         return std::find(std::begin(kTags), std::end(kTags), tag) != std::end(kTags);
     }
 
+    // A DTD that declares xml:space with the default "preserve" (DITA's listings do) keeps the line breaks too.
+    static bool preservedByDtd(const headless::ElementDefinition& definition) {
+        for (const AttributeDefinition& attribute : definition.attributes)
+            if (attribute.name == "xml:space")
+                return !attribute.defaults.empty() && attribute.defaults.front() == "preserve";
+        return false;
+    }
+
     // The part of a box's start tag that is the same for every element of a
     // definition: ` data-t=TAG`, which the tag label and the panel show.
     struct BoxTag {
@@ -313,7 +321,7 @@ private:
         if (tag.attributes.empty()) {
             std::string name;
             if (slot < doc_.definitions.size()) appendEscaped(name, doc_.definitions[slot].tag);
-            tag.keepsLineBreaks = keepsLineBreaks(name);
+            tag.keepsLineBreaks = keepsLineBreaks(name) || (slot < doc_.definitions.size() && preservedByDtd(doc_.definitions[slot]));
             // An XML name needs no quotes, a byte per element less each side.
             const bool plain = !name.empty() && std::all_of(name.begin(), name.end(), [](char c) {
                 return std::isalnum(static_cast<unsigned char>(c)) || c == '-' || c == '_' || c == '.' || c == ':';

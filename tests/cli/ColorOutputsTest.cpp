@@ -199,5 +199,17 @@ TEST_F(VokaColor, ValueSeparatorsOnTheCommandLine) {
     }
 }
 
+// A DTD that makes space significant by default keeps line breaks in the picture, whatever the tag is called.
+TEST_F(VokaColor, ADtdDefaultOfPreservedSpaceKeepsLineBreaks) {
+    const std::string in = *scratch / "spaces", out = *scratch / "spaces-out";
+    std::filesystem::create_directories(in);
+    writeFile(in + "/doc.xml", "<?xml version=\"1.0\"?>\n<!DOCTYPE doc [<!ATTLIST verse xml:space (default|preserve) \"preserve\">]>\n"
+                               "<doc><verse>one\ntwo</verse><p>three</p></doc>\n");
+    ASSERT_EQ(0, runVoka(home(), {"color", in + "/doc.xml", "--out", out}).exitCode);
+    const std::string page = readFile(out + "/doc.html");
+    EXPECT_NE(page.find("data-t=verse data-ws=pre"), std::string::npos) << page;
+    EXPECT_EQ(page.find("data-t=p data-ws=pre"), std::string::npos) << page;
+}
+
 }  // namespace
 }  // namespace voka::test
