@@ -3,6 +3,7 @@
 #include "cli/Commands.h"
 #include "cli/DitavalImport.h"
 #include "cli/FilterCommands.h"
+#include "cli/MigrateCommand.h"
 #include "cli/Home.h"
 #include "cli/SchemeChoice.h"
 #include "cli/SettingsCommands.h"
@@ -170,6 +171,14 @@ int main(int argc, char** argv) {
                           "would misread; exit 1 when there is one (docs/settings.md describes the file)");
     checkSettingsCommand->add_option("FILE", settingsFile, "Main settings file (default: the per-user local copy)");
 
+    std::string migrateFile;
+    auto* migrate = app.add_subcommand(
+        "migrate", "Copy the schemes of a Quorvane master settings file into a new category of the main settings (the "
+                   "per-user local copy) and merge its master attribute list into the attribute library; prints the "
+                   "counts. Give --yes: the plug-in asks three questions first");
+    migrate->add_option("FILE", migrateFile, "Quorvane master settings file (resources/example/Quorvane_MasterSettings.fm)")
+        ->required();
+
     std::vector<std::string> infoFiles;
     auto* info = app.add_subcommand("info", "Show what the host holds for documents and books");
     info->add_option("FILE", infoFiles, "Documents or books")->required();
@@ -251,6 +260,7 @@ int main(int argc, char** argv) {
     else if (ids->parsed()) code = voka::cli::showIds(session, idsFile);
     else if (schemes->parsed()) code = voka::cli::listSchemes(session, schemesCategory);
     else if (info->parsed()) code = voka::cli::showInfo(session, infoFiles);
+    else if (migrate->parsed()) code = voka::cli::migrateSiblingSettings(session, migrateFile, options.yes);
     else if (importDitaval->parsed()) code = voka::cli::importDitaval(session, ditavalRequest);
     if (code != ExitCode::kExitNoStart) session.agent().printRepeatedWarnings();
     finish(code);

@@ -5,7 +5,7 @@ _voka() {
         cur=${COMP_WORDS[COMP_CWORD]}
         prev=${COMP_WORDS[COMP_CWORD-1]}
     }
-    local commands="color uncolor filter restore validate call ids schemes check-settings import-ditaval info menus command"
+    local commands="color uncolor filter restore validate call ids schemes check-settings import-ditaval migrate info menus command"
     local global="--home -y --yes -q --quiet --progress --value-separator --help --version"
     case $prev in
         --home|-o|--out) COMPREPLY=($(compgen -d -- "$cur")); return ;;

@@ -5,6 +5,7 @@
 #include "filtering/FilterDialog.h"
 #include "filtering/FilterRun.h"
 #include "filtering/SourceFilter.h"
+#include "migration/SiblingMigration.h"
 #include "plugin/FrameCommands.h"
 #include "validation/ValidationCommands.h"
 
@@ -37,6 +38,11 @@ void validate(Host& host, PluginState& state) {
     state.lastCommandResult = Validate(host, state, Code, Progress, kNoObject);
 }
 
+void migrate(Host& host, PluginState& state) {
+    MigrationCounts counts;
+    state.lastCommandResult = MigrateSiblingSettings(host, state, counts);
+}
+
 void restoreDocument(Host& host, PluginState& state) { RestoreDocument(host, state, kNoObject, state.restoreDocOption); }
 
 void restoreBook(Host& host, PluginState& state) { RestoreBook(host, state, kNoObject, state.restoreBookOption); }
@@ -62,7 +68,7 @@ constexpr CommandEntry kCommands[] = {
     {14, "vkp_SetValScheme", "Set Active Scheme...", "", false, activeScheme<24>},
     {16, "vkp_RestoreDoc", "Restore Document...", "", false, restoreDocument},
     {17, "vkp_RestoreBook", "Restore Book...", "", false, restoreBook},
-    {18, "vkp_MigrateQRV", "Migrate Quorvane Settings...", "", false, nullptr},
+    {18, "vkp_MigrateQRV", "Migrate Quorvane Settings...", "", false, migrate},
     {19, "vkp_VOKAHelpAbout", "About VOKA...", "", false, showAboutBox},
 };
 

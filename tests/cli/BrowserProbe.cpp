@@ -20,7 +20,8 @@ std::string runInPage(const std::string& page, const std::string& script, const 
 namespace {
 
 // The probe waits until every chunk on screen is laid out (the browser does
-// that a few frames after loading), so that the page is as a reader sees it;
+// that a few frames after loading; at most 4 s of the 10 s the browser is
+// given, so that the probe always runs), so that the page is as a reader sees it;
 // its result is URI-encoded so that the dump needs no unescaping.
 constexpr const char* kScriptStart = R"(<script>
 (function () {
@@ -44,7 +45,7 @@ constexpr const char* kScriptEnd = R"(
   probe.id = 'voka-probe';
   probe.textContent = encodeURIComponent(result);
   document.body.appendChild(probe);
-  }, 600);
+  }, 240);
 })();
 </script>
 )";
@@ -131,7 +132,7 @@ std::string runInPage(const std::string& page, const std::string& script, const 
     ProcessResult run = runProcess(
         {kChromium, "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
          "--disable-background-networking", "--disable-component-update", "--disable-sync",
-         "--user-data-dir=" + folder + "/profile", "--window-size=1280,1024", "--virtual-time-budget=5000",
+         "--user-data-dir=" + folder + "/profile", "--window-size=1280,1024", "--virtual-time-budget=10000",
          "--dump-dom", copy},
         options);
     if (!run.failure.empty() || run.exitCode != 0) {

@@ -1,0 +1,32 @@
+#include "cli/MigrateCommand.h"
+
+#include <iostream>
+
+namespace voka::cli {
+
+int migrateSiblingSettings(Session& session, const std::string& file, bool yes) {
+    const Handle doc = session.openFile(file);
+    if (doc == kNoObject) return kExitBadInput;
+    if (objectType(doc) == kBookObject) {
+        std::cerr << "voka: " << file << " is a book; a Quorvane master settings file is a document\n";
+        return kExitUsage;
+    }
+    session.host().setActiveDocument(doc);
+    PluginState& state = session.plugin().state();
+    state.lastCommandResult = 0;
+    session.host().invokeCommand("vkp_MigrateQRV");
+    switch (state.lastCommandResult) {
+    case 1:
+        return kExitOk;
+    case -1:
+        std::cerr << "voka: the main settings could not be saved; the files are as they were\n";
+        return kExitFailed;
+    }
+    if (!yes) {
+        std::cerr << "voka: nothing was migrated: the plug-in's questions were answered No (--yes answers Yes)\n";
+        return kExitCancelled;
+    }
+    return kExitFailed;
+}
+
+}  // namespace voka::cli
