@@ -81,8 +81,10 @@ int showDropDownDialog(Host& host, PluginState& state, int dialogNumber, const s
 // Strings list editor (item 2 is the list), and its wide form, run modally
 // under the caller's number. On OK the generic handler sets
 // state.dialogs.listAccepted and leaves the list in state.dialogs.editedList.
+// `addPrompt` and `renamePrompt` are what its Add and Rename buttons ask.
 int showStringsListEditor(Host& host, PluginState& state, int dialogNumber, const std::string& title,
-                          const std::vector<std::string>& list, bool wide);
+                          const std::vector<std::string>& list, bool wide, const std::string& addPrompt = "New item:",
+                          const std::string& renamePrompt = "Rename item:");
 // Edits the choices of a list item in the list editor (dialog 1223).
 int editItemList(Host& host, PluginState& state, Handle dialog, int item);
 

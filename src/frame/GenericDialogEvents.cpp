@@ -26,8 +26,8 @@ void listEditorEvent(Host& host, PluginState& state, int item) {
             return;
         }
     }
-    if (item == kListAdd) listAdd(host, dialog, "New item:", false);
-    if (item == kListRename) listRename(host, dialog, "Rename item:", false);
+    if (item == kListAdd) listAdd(host, dialog, state.dialogs.listAddPrompt, false);
+    if (item == kListRename) listRename(host, dialog, state.dialogs.listRenamePrompt, false);
     if (item == kListOk) {
         state.dialogs.listAccepted = true;
         state.dialogs.editedList = host.itemLabels(dialog, host.dialogItem(dialog, kListItem));

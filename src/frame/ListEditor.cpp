@@ -6,7 +6,8 @@
 namespace voka {
 
 int showStringsListEditor(Host& host, PluginState& state, int dialogNumber, const std::string& title,
-                          const std::vector<std::string>& list, bool wide) {
+                          const std::vector<std::string>& list, bool wide, const std::string& addPrompt,
+                          const std::string& renamePrompt) {
     Handle dialog =
         host.openDialogResource(wide ? "br_DialogStringsListEditor_Wide" : "br_DialogStringsListEditor");
     if (dialog == kNoObject) {
@@ -21,14 +22,19 @@ int showStringsListEditor(Host& host, PluginState& state, int dialogNumber, cons
     // outer one so its events still find their dialog afterwards.
     const Handle outer = state.dialogs.listEditor;
     const int outerNumber = state.dialogs.listEditorNumber;
+    const std::string outerAdd = state.dialogs.listAddPrompt, outerRename = state.dialogs.listRenamePrompt;
     state.dialogs.listEditor = dialog;
     state.dialogs.listEditorNumber = dialogNumber;
+    state.dialogs.listAddPrompt = addPrompt;
+    state.dialogs.listRenamePrompt = renamePrompt;
     state.dialogs.listAccepted = false;
     state.dialogs.editedList.clear();
     host.modalDialog(dialogNumber, dialog);
     host.close(dialog, 0);
     state.dialogs.listEditor = outer;
     state.dialogs.listEditorNumber = outerNumber;
+    state.dialogs.listAddPrompt = outerAdd;
+    state.dialogs.listRenamePrompt = outerRename;
     return 1;
 }
 

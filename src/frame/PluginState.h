@@ -167,6 +167,7 @@ struct DialogState {
     int dropDownNumber = 0;
     Handle listEditor = kNoObject;  // the list editor being run, if any
     int listEditorNumber = 0;
+    std::string listAddPrompt, listRenamePrompt;  // what its Add and Rename buttons ask
 };
 
 struct PluginState;

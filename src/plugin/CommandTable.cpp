@@ -2,6 +2,7 @@
 
 #include "coloring/ColoringMenu.h"
 #include "editors/ActiveSchemeDialog.h"
+#include "editors/ColorListEditor.h"
 #include "filtering/FilterDialog.h"
 #include "filtering/FilterRun.h"
 #include "filtering/SourceFilter.h"
@@ -38,6 +39,8 @@ void validate(Host& host, PluginState& state) {
     state.lastCommandResult = Validate(host, state, Code, Progress, kNoObject);
 }
 
+void editColors(Host& host, PluginState& state) { state.lastCommandResult = EditMasterColorList(host, state); }
+
 void migrate(Host& host, PluginState& state) {
     MigrationCounts counts;
     state.lastCommandResult = MigrateSiblingSettings(host, state, counts);
@@ -52,7 +55,7 @@ constexpr CommandEntry kCommands[] = {
     {1, "vkp_Test", "Test", "", false, runTestCommand},
     {2, "vkp_SchemeEditor", "Schemes...", "", false, nullptr},
     {3, "vkp_AttributesListEditor", "Attribute Library...", "", false, nullptr},
-    {4, "vkp_ColorsEditor", "Colors...", "", false, nullptr},
+    {4, "vkp_ColorsEditor", "Colors...", "", false, editColors},
     {15, "vkp_PreferencesEditor", "Local Preferences...", "", false, nullptr},
     {5, "vkp_ColorSelection", "Color Selection... (Esc 1 1)", "\\!11", false, coloring<5>},
     {6, "vkp_ColorDoc", "Color Document... (Esc 1 2)", "\\!12", false, coloring<6>},
