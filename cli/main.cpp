@@ -79,7 +79,7 @@ int main(int argc, char** argv) {
     command->add_option("FILE", commandFile, "Document or book to open first");
     std::vector<std::string> dialogScripts;
     command->add_option("--dialog", dialogScripts,
-                        "Actions for a modal dialog: NAME:text:ITEM=TEXT,state:ITEM=N,press:ITEM "
+                        "Actions for a modal dialog: NAME:text:ITEM=TEXT,state:ITEM=N,double:ITEM=N,press:ITEM "
                         "(repeatable; unanswered dialogs are cancelled)");
 
     voka::cli::ColorRequest colorRequest;

@@ -170,6 +170,16 @@ struct DialogState {
     std::string listAddPrompt, listRenamePrompt;  // what its Add and Rename buttons ask
 };
 
+// The attribute library editor while it runs: its dialog, the main settings
+// it edits, and the selections of its two lists (-1 for none).
+struct LibraryEditorState {
+    Handle dialog = kNoObject;
+    Handle doc = kNoObject;
+    int attribute = 0;
+    int value = 0;
+    bool saved = false;
+};
+
 struct PluginState;
 
 // Entry points of subsystems that sit above their callers (the active scheme
@@ -234,6 +244,7 @@ struct PluginState {
     int cancel = 0;
 
     DialogState dialogs;
+    LibraryEditorState library;
 
     // The client-call probe keeps its last answers as defaults.
     std::string probeClient;

@@ -214,6 +214,8 @@ constexpr int kReturnCancelOperation = -10001;
 
 // Dialog event item numbers below 0 (FV_Dlg*).
 constexpr int kDialogEventClose = -1;
+// Modifier bit of a dialog event: the item (a scroll list entry) was double-clicked.
+constexpr int kEventDoubleClick = 0x100;
 
 // Flags of importElementDefinitions (FF_IED_*) and importFormats (FF_UFF_*).
 constexpr int kImportRemoveOverrides = 0x0001;

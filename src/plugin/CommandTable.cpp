@@ -2,6 +2,7 @@
 
 #include "coloring/ColoringMenu.h"
 #include "editors/ActiveSchemeDialog.h"
+#include "editors/AttributeLibraryEditor.h"
 #include "editors/ColorListEditor.h"
 #include "filtering/FilterDialog.h"
 #include "filtering/FilterRun.h"
@@ -39,6 +40,8 @@ void validate(Host& host, PluginState& state) {
     state.lastCommandResult = Validate(host, state, Code, Progress, kNoObject);
 }
 
+void editLibrary(Host& host, PluginState& state) { state.lastCommandResult = OpenAttributeLibrary(host, state); }
+
 void editColors(Host& host, PluginState& state) { state.lastCommandResult = EditMasterColorList(host, state); }
 
 void migrate(Host& host, PluginState& state) {
@@ -54,7 +57,7 @@ void restoreBook(Host& host, PluginState& state) { RestoreBook(host, state, kNoO
 constexpr CommandEntry kCommands[] = {
     {1, "vkp_Test", "Test", "", false, runTestCommand},
     {2, "vkp_SchemeEditor", "Schemes...", "", false, nullptr},
-    {3, "vkp_AttributesListEditor", "Attribute Library...", "", false, nullptr},
+    {3, "vkp_AttributesListEditor", "Attribute Library...", "", false, editLibrary},
     {4, "vkp_ColorsEditor", "Colors...", "", false, editColors},
     {15, "vkp_PreferencesEditor", "Local Preferences...", "", false, nullptr},
     {5, "vkp_ColorSelection", "Color Selection... (Esc 1 1)", "\\!11", false, coloring<5>},

@@ -1,6 +1,7 @@
 #include "plugin/DialogDispatch.h"
 
 #include "editors/ActiveSchemeDialog.h"
+#include "editors/AttributeLibraryEditor.h"
 #include "filtering/FilterDialog.h"
 #include "frame/Dialogs.h"
 
@@ -8,7 +9,9 @@ namespace voka {
 
 namespace {
 
-using DialogHandler = void (*)(Host&, PluginState&, int item);
+using DialogHandler = void (*)(Host&, PluginState&, int item, int modifiers);
+
+void filterEvent(Host& host, PluginState& state, int item, int) { filterDialogEvent(host, state, item); }
 
 struct DialogOwner {
     int dialogNumber;
@@ -18,7 +21,8 @@ struct DialogOwner {
 // The plug-in's own dialogs (preferences 4, filter, scheme editor, ...) are
 // attached here as their subsystems land.
 constexpr DialogOwner kOwners[] = {
-    {kFilterDialogNumber, filterDialogEvent},
+    {kFilterDialogNumber, filterEvent},
+    {kAttributeLibraryDialogNumber, attributeLibraryEvent},
 };
 
 }  // namespace
@@ -33,7 +37,7 @@ void dispatchDialogEvent(Host& host, PluginState& state, int dialogNumber, int i
     if (handleGenericDialogEvent(host, state, dialogNumber, item)) return;
     for (const DialogOwner& owner : kOwners) {
         if (owner.dialogNumber == dialogNumber && owner.handler != nullptr) {
-            owner.handler(host, state, item);
+            owner.handler(host, state, item, modifiers);
             return;
         }
     }

@@ -26,9 +26,9 @@ bool parseAction(const std::string& text, DialogAction& action, std::string& err
         return false;
     }
     const auto equals = rest.find('=');
-    if ((verb != "text" && verb != "state" && verb != "choose") || equals == std::string::npos ||
+    if ((verb != "text" && verb != "state" && verb != "choose" && verb != "double") || equals == std::string::npos ||
         !toInt(rest.substr(0, equals), action.item)) {
-        error = "expected text:ITEM=VALUE, state:ITEM=N, choose:ITEM=ENTRY or press:ITEM, not \"" + text + "\"";
+        error = "expected text:ITEM=VALUE, state:ITEM=N, choose:ITEM=ENTRY, double:ITEM=N or press:ITEM, not \"" + text + "\"";
         return false;
     }
     const std::string value = rest.substr(equals + 1);
@@ -37,7 +37,7 @@ bool parseAction(const std::string& text, DialogAction& action, std::string& err
         action.text = value;
         return true;
     }
-    action.kind = DialogAction::Kind::Choose;
+    action.kind = verb == "double" ? DialogAction::Kind::DoubleClick : DialogAction::Kind::Choose;
     if (toInt(value, action.state)) return true;
     error = "a state is a number: \"" + text + "\"";
     return false;
@@ -171,6 +171,7 @@ void BatchAgent::runModalDialog(DialogUser& dialog) {
             }
             if (action.kind == DialogAction::Kind::Type) done = dialog.type(action.item, action.text);
             else if (action.kind == DialogAction::Kind::Choose) done = dialog.choose(action.item, action.state);
+            else if (action.kind == DialogAction::Kind::DoubleClick) done = dialog.doubleClick(action.item, action.state);
             else done = dialog.press(action.item);
             if (!done) print("voka: dialog " + dialog.name() + ": item " + std::to_string(action.item) + " is not available");
         }

@@ -20,11 +20,11 @@
 namespace voka::headless {
 
 struct DialogAction {
-    enum class Kind { Type, Choose, ChooseLabel, Press };
+    enum class Kind { Type, Choose, ChooseLabel, Press, DoubleClick };
     Kind kind = Kind::Press;
     int item = 0;
     std::string text;  // Type; ChooseLabel: the entry of a pop-up or list to choose
-    int state = 0;     // Choose
+    int state = 0;     // Choose, DoubleClick
 };
 
 // Actions for one modal dialog; an empty name stands for any dialog.
@@ -33,7 +33,7 @@ struct DialogScript {
     std::vector<DialogAction> actions;
 };
 
-// "NAME:text:2=Some text,state:3=1,choose:6=Entry,press:9" (NAME may be empty: ":press:9").
+// "NAME:text:2=Some text,state:3=1,choose:6=Entry,double:2=0,press:9" (NAME may be empty: ":press:9").
 // Values run to the next comma; false and a message when malformed.
 bool parseDialogScript(const std::string& text, DialogScript& script, std::string& error);
 

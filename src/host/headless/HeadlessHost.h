@@ -361,8 +361,8 @@ private:
     Index nextTableAfter(const Document& doc, Index element) const;
 
     void reportDialogText(const DialogObject& dialog);
-    bool pressItem(Handle dialog, int itemNumber);
-    void deliverDialogEvent(DialogObject& dialog, Handle dialogHandle, int item, bool& keptUp);
+    bool pressItem(Handle dialog, int itemNumber, int modifiers = 0);
+    void deliverDialogEvent(DialogObject& dialog, Handle dialogHandle, int item, bool& keptUp, int modifiers = 0);
 
     HostConfig config_;
     SaveRefusal saveRefusal_;

@@ -64,6 +64,13 @@ public:
 
     bool press(int item) override { return usable(item) && host_.pressItem(dialog_, item); }
 
+    bool doubleClick(int item, int state) override {
+        DialogItem* i = usable(item);
+        if (!i || !stateFits(*i, state)) return false;
+        i->state = state;
+        return host_.pressItem(dialog_, item, kEventDoubleClick);
+    }
+
     void cancel() override {
         DialogObject* d = dialog();
         if (!d || !d->shown) return;
@@ -89,22 +96,22 @@ private:
     Handle dialog_;
 };
 
-void HeadlessHost::deliverDialogEvent(DialogObject& dialog, Handle dialogHandle, int item, bool& keptUp) {
+void HeadlessHost::deliverDialogEvent(DialogObject& dialog, Handle dialogHandle, int item, bool& keptUp, int modifiers) {
     keptUp = false;
     if (!client_) return;
     const int saved = returnValue_;
     returnValue_ = 0;
-    client_->dialogEvent(dialog.number, item, 0);
+    client_->dialogEvent(dialog.number, item, modifiers);
     keptUp = returnValue_ == kReturnDialogStayUp;
     returnValue_ = saved;
 }
 
-bool HeadlessHost::pressItem(Handle dialogHandle, int itemNumber) {
+bool HeadlessHost::pressItem(Handle dialogHandle, int itemNumber, int modifiers) {
     DialogObject* dialog = dialogs_[handleId(dialogHandle) - 1].get();
     const DialogItem* item = itemByNumber(*dialog, itemNumber);
     const bool closes = item->closes && dialog->modal;
     bool keptUp = false;
-    deliverDialogEvent(*dialog, dialogHandle, itemNumber, keptUp);
+    deliverDialogEvent(*dialog, dialogHandle, itemNumber, keptUp, modifiers);
     // The plug-in may have closed the dialog during its event.
     dialog = dialogs_[handleId(dialogHandle) - 1].get();
     if (dialog && closes && !keptUp) dialog->shown = false;

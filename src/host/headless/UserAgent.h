@@ -35,6 +35,8 @@ public:
     // Clicking a check box or radio button, or choosing an entry of a pop-up
     // or list: sets the state and sends the item's event.
     virtual bool choose(int item, int state) = 0;
+    // Double-clicking an entry of a list: its state, then the item's event with kEventDoubleClick.
+    virtual bool doubleClick(int item, int state) = 0;
     // Pressing a button sends its event; a closing button then ends a modal
     // dialog unless the plug-in asked it to stay up. False when the item is
     // missing, insensitive or the dialog is down.
