@@ -2,6 +2,7 @@
 #include "cli/CallCommands.h"
 #include "cli/Commands.h"
 #include "cli/DitavalImport.h"
+#include "cli/EditCommand.h"
 #include "cli/FilterCommands.h"
 #include "cli/MigrateCommand.h"
 #include "cli/Home.h"
@@ -14,6 +15,7 @@
 
 #include <cctype>
 #include <cstdlib>
+#include <fstream>
 #include <map>
 #include <iostream>
 
@@ -171,6 +173,13 @@ int main(int argc, char** argv) {
                           "would misread; exit 1 when there is one (docs/settings.md describes the file)");
     checkSettingsCommand->add_option("FILE", settingsFile, "Main settings file (default: the per-user local copy)");
 
+    std::string editScript;
+    auto* edit = app.add_subcommand(
+        "edit", "Run the plug-in's editors (Attribute Library..., Colors..., Migrate ...) through a script of user "
+                "actions, one a line: command TAG, press ITEM, choose ITEM N, double ITEM N, select ITEM ENTRY, type "
+                "ITEM TEXT, answer TEXT, cancel, yes, no (docs/editing.md)");
+    edit->add_option("--script", editScript, "The script file, or - for standard input")->required();
+
     std::string migrateFile;
     auto* migrate = app.add_subcommand(
         "migrate", "Copy the schemes of a Quorvane master settings file into a new category of the main settings (the "
@@ -239,6 +248,21 @@ int main(int argc, char** argv) {
         finish(code);
         return code;
     }
+    std::vector<voka::headless::ConversationStep> editSteps;
+    if (edit->parsed()) {
+        // The whole script is read before anything runs: a script that cannot be read changes nothing.
+        std::string error;
+        std::ifstream file;
+        if (editScript != "-") file.open(editScript);
+        if (editScript != "-" && !file) {
+            std::cerr << "voka: cannot read the script " << editScript << "\n";
+            return ExitCode::kExitBadInput;
+        }
+        if (!voka::cli::parseEditScript(editScript == "-" ? std::cin : file, editSteps, error)) {
+            std::cerr << "voka: " << editScript << ": " << error << "\n";
+            return ExitCode::kExitUsage;
+        }
+    }
     voka::cli::Session session(options);
     int code = ExitCode::kExitUsage;
     if (!session.start()) code = ExitCode::kExitNoStart;
@@ -260,6 +284,7 @@ int main(int argc, char** argv) {
     else if (ids->parsed()) code = voka::cli::showIds(session, idsFile);
     else if (schemes->parsed()) code = voka::cli::listSchemes(session, schemesCategory);
     else if (info->parsed()) code = voka::cli::showInfo(session, infoFiles);
+    else if (edit->parsed()) code = voka::cli::runEditScript(session, std::move(editSteps));
     else if (migrate->parsed()) code = voka::cli::migrateSiblingSettings(session, migrateFile, options.yes);
     else if (importDitaval->parsed()) code = voka::cli::importDitaval(session, ditavalRequest);
     if (code != ExitCode::kExitNoStart) session.agent().printRepeatedWarnings();

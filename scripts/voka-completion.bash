@@ -5,9 +5,10 @@ _voka() {
         cur=${COMP_WORDS[COMP_CWORD]}
         prev=${COMP_WORDS[COMP_CWORD-1]}
     }
-    local commands="color uncolor filter restore validate call ids schemes check-settings import-ditaval migrate info menus command"
+    local commands="color uncolor filter restore validate call ids schemes check-settings import-ditaval edit migrate info menus command"
     local global="--home -y --yes -q --quiet --progress --value-separator --help --version"
     case $prev in
+        --script) COMPREPLY=($(compgen -f -- "$cur")); return ;;
         --home|-o|--out) COMPREPLY=($(compgen -d -- "$cur")); return ;;
         --type) COMPREPLY=($(compgen -W "source duplicate" -- "$cur")); return ;;
         --form) COMPREPLY=($(compgen -W "own full" -- "$cur")); return ;;
@@ -33,6 +34,7 @@ _voka() {
         schemes) options="--category" ;;
         import-ditaval) options="--category --scheme" ;;
         command) options="--dialog" ;;
+        edit) options="--script" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options $global" -- "$cur"))

@@ -87,8 +87,32 @@ void BatchAgent::showProgress(const std::string& line) {
     progressShown_ = true;
 }
 
+void BatchAgent::setConversation(std::vector<ConversationStep> steps) {
+    steps_ = std::move(steps);
+    nextStep_ = 0;
+    conversing_ = true;
+}
+
+const ConversationStep* BatchAgent::nextStep() const { return nextStep_ < steps_.size() ? &steps_[nextStep_] : nullptr; }
+
+void BatchAgent::takeStep() {
+    if (nextStep_ < steps_.size()) ++nextStep_;
+}
+
 int BatchAgent::alert(const std::string& message, AlertKind kind) {
     const bool question = kind == kAlertYesDefault || kind == kAlertNoDefault;
+    if (question && conversing_) {
+        const ConversationStep* step = nextStep();
+        if (step && (step->kind == ConversationStep::Kind::Yes || step->kind == ConversationStep::Kind::No)) {
+            const bool yes = step->kind == ConversationStep::Kind::Yes;
+            takeStep();
+            print(message + (yes ? "\n[answered Yes]" : "\n[answered No]"));
+            return yes ? 0 : 1;
+        }
+        print(message + "\n[answered No: the script says nothing here]");
+        ++errors_;
+        return 1;
+    }
     if (!question) {
         if (options_.onlyInforms && options_.onlyInforms(message)) return 0;
         print(message);
@@ -106,6 +130,20 @@ int BatchAgent::alert(const std::string& message, AlertKind kind) {
 }
 
 int BatchAgent::promptString(const std::string& prompt, const std::string& initial, std::string& answer) {
+    if (conversing_) {
+        const ConversationStep* step = nextStep();
+        if (step && step->kind == ConversationStep::Kind::Answer) {
+            takeStep();
+            print(prompt + " [" + step->text + "]");
+            answer = step->text;
+            return 0;
+        }
+        if (step && step->kind == ConversationStep::Kind::CancelPrompt) takeStep();
+        else ++errors_;
+        print(prompt + (step && step->kind == ConversationStep::Kind::CancelPrompt ? " [cancelled]"
+                                                                                 : " [cancelled: the script gives no answer]"));
+        return 1;
+    }
     auto found = options_.promptAnswers.find(prompt);
     if (found == options_.promptAnswers.end()) {
         print(prompt + " [cancelled]");
@@ -157,7 +195,38 @@ void BatchAgent::answerFileChooser(const std::string& title, const std::string& 
     options_.fileAnswers[title] = systemPath;
 }
 
+// The dialog steps that follow, until the dialog is down or the script turns to something else.
+bool BatchAgent::converse(DialogUser& dialog) {
+    while (dialog.isUp()) {
+        const ConversationStep* step = nextStep();
+        if (!step || step->kind != ConversationStep::Kind::Dialog) break;
+        const DialogAction action = step->action;
+        const int line = step->line;
+        takeStep();
+        bool done = false;
+        if (action.kind == DialogAction::Kind::ChooseLabel) done = chooseLabel(dialog, action);
+        else if (action.kind == DialogAction::Kind::Type) done = dialog.type(action.item, action.text);
+        else if (action.kind == DialogAction::Kind::Choose) done = dialog.choose(action.item, action.state);
+        else if (action.kind == DialogAction::Kind::DoubleClick) done = dialog.doubleClick(action.item, action.state);
+        else done = dialog.press(action.item);
+        if (!done) {
+            print("voka: line " + std::to_string(line) + ": dialog " + dialog.name() + ": item " +
+                  std::to_string(action.item) + " is not available");
+            ++errors_;
+        }
+    }
+    if (dialog.isUp()) {
+        print("voka: dialog \"" + dialog.title() + "\" (" + dialog.name() + ") closed: the script goes on without it");
+        dialog.cancel();
+    }
+    return true;
+}
+
 void BatchAgent::runModalDialog(DialogUser& dialog) {
+    if (conversing_) {
+        converse(dialog);
+        return;
+    }
     for (std::size_t i = 0; i < options_.dialogs.size(); ++i) {
         const DialogScript& script = options_.dialogs[i];
         if (scriptUsed_[i] || (!script.dialog.empty() && script.dialog != dialog.name())) continue;

@@ -37,6 +37,15 @@ struct DialogScript {
 // Values run to the next comma; false and a message when malformed.
 bool parseDialogScript(const std::string& text, DialogScript& script, std::string& error);
 
+// One line of an editing conversation: what the user does next.
+struct ConversationStep {
+    enum class Kind { Command, Dialog, Answer, CancelPrompt, Yes, No };
+    Kind kind = Kind::Command;
+    int line = 0;              // in the script, for messages
+    std::string text;          // Command: the tag; Answer: the text
+    DialogAction action;       // Dialog
+};
+
 struct BatchOptions {
     bool yes = false;                                  // answer questions Yes
     std::map<std::string, std::string> promptAnswers;  // by the prompt's text
@@ -73,6 +82,12 @@ public:
     void clearProgress();
     // Answers given once the driver knows what it opened.
     void addDialogScript(DialogScript script);
+    // An editing conversation: dialogs, prompts and questions take their
+    // answers from these steps, in order, while a command runs.
+    void setConversation(std::vector<ConversationStep> steps);
+    // The next step, which the driver takes when it is a command; null at the end.
+    const ConversationStep* nextStep() const;
+    void takeStep();
     void answerFileChooser(const std::string& title, const std::string& systemPath);
 
 private:
@@ -93,6 +108,10 @@ private:
     int errors_ = 0;
     std::map<std::string, int> warningRepeats_;  // by the warning without its file name
     bool confirmCancel_ = false;  // the next question confirms a cancel the user asked for
+    bool conversing_ = false;
+    std::vector<ConversationStep> steps_;
+    std::size_t nextStep_ = 0;
+    bool converse(DialogUser& dialog);
 };
 
 }  // namespace voka::headless
