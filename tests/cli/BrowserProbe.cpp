@@ -130,9 +130,10 @@ std::string runInPage(const std::string& page, const std::string& script, const 
     options.home = folder;  // what the browser keeps stays in the scratch folder
     options.timeoutSeconds = 60;
     ProcessResult run = runProcess(
+        // Frames are drawn within the virtual time, so the probe's wait for them ends before the dump.
         {kChromium, "--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
          "--disable-background-networking", "--disable-component-update", "--disable-sync",
-         "--user-data-dir=" + folder + "/profile", "--window-size=1280,1024", "--virtual-time-budget=10000",
+         "--user-data-dir=" + folder + "/profile", "--window-size=1280,1024", "--virtual-time-budget=10000", "--run-all-compositor-stages-before-draw",
          "--dump-dom", copy},
         options);
     if (!run.failure.empty() || run.exitCode != 0) {
