@@ -57,6 +57,9 @@ bool parseEditScript(std::istream& in, std::vector<ConversationStep>& steps, std
             step.kind = ConversationStep::Kind::Answer;
             step.text = rest(line, 0);
             if (step.text.empty()) return fail("answer needs a text (cancel cancels the prompt)");
+        } else if (verb == "file" && !first.empty()) {
+            step.kind = ConversationStep::Kind::File;
+            step.text = rest(line, 0);
         } else if ((verb == "cancel" || verb == "yes" || verb == "no") && first.empty()) {
             step.kind = verb == "cancel" ? ConversationStep::Kind::CancelPrompt
                         : verb == "yes"  ? ConversationStep::Kind::Yes
@@ -74,7 +77,7 @@ bool parseEditScript(std::istream& in, std::vector<ConversationStep>& steps, std
                                        item, rest(line, 1), 0};
         } else {
             return fail("expected command TAG, press ITEM, choose ITEM N, double ITEM N, select ITEM ENTRY, "
-                        "type ITEM TEXT, answer TEXT, cancel, yes or no; not \"" + line + "\"");
+                        "type ITEM TEXT, answer TEXT, file PATH, cancel, yes or no; not \"" + line + "\"");
         }
         steps.push_back(std::move(step));
     }

@@ -175,9 +175,9 @@ int main(int argc, char** argv) {
 
     std::string editScript;
     auto* edit = app.add_subcommand(
-        "edit", "Run the plug-in's editors (Attribute Library..., Colors..., Migrate ...) through a script of user "
-                "actions, one a line: command TAG, press ITEM, choose ITEM N, double ITEM N, select ITEM ENTRY, type "
-                "ITEM TEXT, answer TEXT, cancel, yes, no (docs/editing.md)");
+        "edit", "Run the plug-in's editors (Attribute Library..., Colors..., Local Preferences..., Migrate ...) "
+                "through a script of user actions, one a line: command TAG, press ITEM, choose ITEM N, double ITEM N, "
+                "select ITEM ENTRY, type ITEM TEXT, answer TEXT, file PATH, cancel, yes, no (docs/editing.md)");
     edit->add_option("--script", editScript, "The script file, or - for standard input")->required();
 
     std::string migrateFile;

@@ -168,6 +168,7 @@ struct DialogState {
     Handle listEditor = kNoObject;  // the list editor being run, if any
     int listEditorNumber = 0;
     std::string listAddPrompt, listRenamePrompt;  // what its Add and Rename buttons ask
+    Handle preferences = kNoObject;  // the preferences dialog while it runs
 };
 
 // The attribute library editor while it runs: its dialog, the main settings

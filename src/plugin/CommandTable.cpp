@@ -8,6 +8,7 @@
 #include "filtering/FilterRun.h"
 #include "filtering/SourceFilter.h"
 #include "migration/SiblingMigration.h"
+#include "settings/PreferencesDialog.h"
 #include "plugin/FrameCommands.h"
 #include "validation/ValidationCommands.h"
 
@@ -40,6 +41,8 @@ void validate(Host& host, PluginState& state) {
     state.lastCommandResult = Validate(host, state, Code, Progress, kNoObject);
 }
 
+void editPreferences(Host& host, PluginState& state) { state.lastCommandResult = OpenPreferencesDialog(host, state); }
+
 void editLibrary(Host& host, PluginState& state) { state.lastCommandResult = OpenAttributeLibrary(host, state); }
 
 void editColors(Host& host, PluginState& state) { state.lastCommandResult = EditMasterColorList(host, state); }
@@ -59,7 +62,7 @@ constexpr CommandEntry kCommands[] = {
     {2, "vkp_SchemeEditor", "Schemes...", "", false, nullptr},
     {3, "vkp_AttributesListEditor", "Attribute Library...", "", false, editLibrary},
     {4, "vkp_ColorsEditor", "Colors...", "", false, editColors},
-    {15, "vkp_PreferencesEditor", "Local Preferences...", "", false, nullptr},
+    {15, "vkp_PreferencesEditor", "Local Preferences...", "", false, editPreferences},
     {5, "vkp_ColorSelection", "Color Selection... (Esc 1 1)", "\\!11", false, coloring<5>},
     {6, "vkp_ColorDoc", "Color Document... (Esc 1 2)", "\\!12", false, coloring<6>},
     {7, "vkp_ColorBook", "Color Book...", "", false, coloring<7>},

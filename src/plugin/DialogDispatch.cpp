@@ -4,6 +4,8 @@
 #include "editors/AttributeLibraryEditor.h"
 #include "filtering/FilterDialog.h"
 #include "frame/Dialogs.h"
+#include "settings/Preferences.h"
+#include "settings/PreferencesDialog.h"
 
 namespace voka {
 
@@ -23,6 +25,7 @@ struct DialogOwner {
 constexpr DialogOwner kOwners[] = {
     {kFilterDialogNumber, filterEvent},
     {kAttributeLibraryDialogNumber, attributeLibraryEvent},
+    {kPreferencesDialogNumber, preferencesDialogEvent},
 };
 
 }  // namespace

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 namespace voka::test {
 namespace {
 
@@ -50,6 +52,68 @@ TEST(VokaEdit, ScriptsChangeTheMainSettingsOnlyWhenTheySave) {
             EXPECT_EQ(before, after) << "the main settings are as they were";
         }
         for (const std::string& text : c.added) EXPECT_NE(after.find(text), std::string::npos) << text;
+    }
+}
+
+}  // namespace
+}  // namespace voka::test
+
+namespace voka::test {
+namespace {
+
+// The preferences dialog keeps what OK accepts and nothing of what Cancel ends, a new main settings file included.
+TEST(VokaEdit, PreferencesAsTheDialogLeavesThem) {
+    struct Case {
+        const char* what;
+        std::string script;
+        int exit;
+        std::vector<std::string> preferences;  // texts BR_Settings.fm holds afterwards; none: unchanged
+        bool newLocalCopy;                      // the chosen main settings became the local copy
+    } cases[] = {
+        {"OK keeps the edits and the pop-ups' choices",
+         "command vkp_PreferencesEditor\ntype 10 ###\nselect 8 Hardware\nselect 35 By edition\nchoose 19 0\npress 42\n", 0,
+         {"name=\"ExternalCallDelimiter\"><value>###</value>", "name=\"DefaultCategory\"><value>Hardware</value>",
+          "name=\"DefaultColoringScheme\"><value>By edition</value>", "name=\"ValRule1Active\"><value>0</value>"},
+         false},
+        {"Cancel after choosing another main settings file",
+         "command vkp_PreferencesEditor\ntype 10 ###\npress 5\nfile @OTHER@\npress 43\n", 1, {}, false},
+        {"OK after choosing another main settings file", "command vkp_PreferencesEditor\npress 5\nfile @OTHER@\npress 42\n",
+         0, {"name=\"MainSettingsDocPath\"><value>@OTHER@</value>"}, true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.what);
+        ScratchFolder scratch;
+        const std::string home = scratch / "home", script = scratch / "script.txt", other = scratch / "other.fm";
+        ASSERT_EQ("", installHome(home));
+        ASSERT_EQ(0, runVoka(home, {"menus"}).exitCode);  // the first start sets the folder up
+        const std::string preferences = home + "/Brindel/BR_Settings.fm";
+        const std::string localCopy = home + "/Brindel/VOKA_MainSettings_LocalCopy.fm";
+        // Another main settings file: the example's, with a category of its own.
+        std::string otherText = readFile(sourceDirectory() + "/resources/example/VOKA_MainSettings.fm");
+        otherText.replace(otherText.find("<value>Hardware</value>"), 23, "<value>Elsewhere</value>");
+        writeFile(other, otherText);
+        const std::string before = readFile(preferences), localBefore = readFile(localCopy);
+        std::string text = c.script;
+        for (std::size_t at; (at = text.find("@OTHER@")) != std::string::npos;) text.replace(at, 7, other);
+        writeFile(script, text);
+        const ProcessResult run = runVoka(home, {"edit", "--script", script});
+        EXPECT_EQ(c.exit, run.exitCode) << run.err;
+        const std::string after = readFile(preferences);
+        if (c.preferences.empty()) {
+            EXPECT_EQ(before, after) << "the preferences are as they were";
+        }
+        for (std::string expected : c.preferences) {
+            // The preferences keep paths in the host's notation.
+            std::string hostPath = other;
+            std::replace(hostPath.begin(), hostPath.end(), '/', '\\');
+            if (auto at = expected.find("@OTHER@"); at != std::string::npos) expected.replace(at, 7, hostPath);
+            EXPECT_NE(after.find(expected), std::string::npos) << expected;
+        }
+        const std::string local = readFile(localCopy);
+        EXPECT_EQ(c.newLocalCopy, local.find("Elsewhere") != std::string::npos);
+        if (!c.newLocalCopy) {
+            EXPECT_EQ(localBefore, local);
+        }
     }
 }
 

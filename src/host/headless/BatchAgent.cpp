@@ -156,6 +156,20 @@ int BatchAgent::promptString(const std::string& prompt, const std::string& initi
 
 int BatchAgent::chooseFile(const std::string& title, const std::string& directory, const std::string& defaultName,
                            int mode, std::string& chosen) {
+    if (conversing_) {
+        const ConversationStep* step = nextStep();
+        if (step && step->kind == ConversationStep::Kind::File) {
+            takeStep();
+            print(title + " [" + step->text + "]");
+            chosen = toHostPath(step->text);
+            return 0;
+        }
+        if (step && step->kind == ConversationStep::Kind::CancelPrompt) takeStep();
+        else ++errors_;
+        print(title + (step && step->kind == ConversationStep::Kind::CancelPrompt ? " [cancelled]"
+                                                                                : " [cancelled: the script gives no file]"));
+        return 1;
+    }
     auto found = options_.fileAnswers.find(title);
     if (found == options_.fileAnswers.end()) {
         print(title + " [cancelled]");

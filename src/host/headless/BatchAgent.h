@@ -39,10 +39,10 @@ bool parseDialogScript(const std::string& text, DialogScript& script, std::strin
 
 // One line of an editing conversation: what the user does next.
 struct ConversationStep {
-    enum class Kind { Command, Dialog, Answer, CancelPrompt, Yes, No };
+    enum class Kind { Command, Dialog, Answer, CancelPrompt, Yes, No, File };
     Kind kind = Kind::Command;
     int line = 0;              // in the script, for messages
-    std::string text;          // Command: the tag; Answer: the text
+    std::string text;          // Command: the tag; Answer: the text; File: the POSIX path
     DialogAction action;       // Dialog
 };
 
