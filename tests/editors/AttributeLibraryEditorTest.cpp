@@ -2,39 +2,18 @@
 // moving and deleting attributes and values, double clicks, refusals of
 // what exists already, Save writing both paths and Cancel leaving the file.
 #include "editors/AttributeLibraryEditor.h"
-#include "plugin/DialogDispatch.h"
-#include "schemes/SchemeWorld.h"
+#include "editors/EditorWorld.h"
 #include "settings/SettingsDocument.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 
 namespace voka::testing {
 namespace {
 
 using Library = std::vector<std::pair<std::string, std::vector<std::string>>>;
 
-struct EditorWorld : World, Client {
-    EditorWorld() {
-        host.attachClient(this);
-        saveMainSettings({{"Manuals"}}, "main.fm");
-        state.prefs.masterPath = hostPath("main.fm");
-        state.paths.localCopy = hostPath("local.fm");
-    }
-    void initialize(int) override {}
-    void command(int) override {}
-    void notify(int, Handle, const std::string&, int) override {}
-    void dialogEvent(int dialog, int item, int modifiers) override {
-        dispatchDialogEvent(host, state, dialog, item, modifiers);
-    }
-    std::string fileText(const std::string& name) const {
-        std::ifstream in(folder / name, std::ios::binary);
-        std::ostringstream all;
-        all << in.rdbuf();
-        return all.str();
-    }
+struct LibraryWorld : EditorWorld {
     Library stored(const std::string& name) {
         const Handle doc = host.open(hostPath(name), OpenParams{false, false});
         Library library;
@@ -100,7 +79,7 @@ TEST(AttributeLibraryEditor, WhatSaveKeepsAndCancelLeaves) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
-        EditorWorld w;
+        LibraryWorld w;
         const std::string before = w.fileText("main.fm");
         for (const std::string& answer : c.answers) w.user.answerPrompt(answer);
         w.user.onDialog("vkp_Dialog_AttributeList", [&](headless::DialogUser& dialog) {
@@ -129,7 +108,7 @@ TEST(AttributeLibraryEditor, WhatSaveKeepsAndCancelLeaves) {
 }
 
 TEST(AttributeLibraryEditor, ButtonsNeedASelection) {
-    EditorWorld w;
+    LibraryWorld w;
     w.user.onDialog("vkp_Dialog_AttributeList", [&](headless::DialogUser& dialog) {
         for (int item : {kLibAttributeEdit, kLibAttributeDelete, kLibValueAdd, kLibValueEdit})
             EXPECT_FALSE(dialog.sensitive(item)) << item << " with an empty library";

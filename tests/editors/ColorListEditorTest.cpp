@@ -2,36 +2,18 @@
 // saves, what Cancel leaves byte for byte, the prompts it asks with, and the
 // colour choices the scheme editor offers from the list.
 #include "editors/ColorListEditor.h"
+#include "editors/EditorWorld.h"
 #include "frame/Dialogs.h"
-#include "plugin/DialogDispatch.h"
-#include "schemes/SchemeWorld.h"
 #include "settings/SettingsDocument.h"
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 
 namespace voka::testing {
 namespace {
 
 using Texts = std::vector<std::string>;
 
-struct EditorWorld : World, Client {
-    EditorWorld() { host.attachClient(this); }
-    void initialize(int) override {}
-    void command(int) override {}
-    void notify(int, Handle, const std::string&, int) override {}
-    void dialogEvent(int dialog, int item, int modifiers) override {
-        dispatchDialogEvent(host, state, dialog, item, modifiers);
-    }
-    std::string fileText(const std::string& name) const {
-        std::ifstream in(folder / name, std::ios::binary);
-        std::ostringstream all;
-        all << in.rdbuf();
-        return all.str();
-    }
-};
 
 Texts storedNames(EditorWorld& w) {
     const Handle doc = w.host.open(w.hostPath("main.fm"), OpenParams{false, false});
@@ -57,8 +39,6 @@ TEST(ColorListEditor, OkWritesTheEditedListAndCancelLeavesTheFile) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
         EditorWorld w;
-        w.saveMainSettings({{"Manuals"}}, "main.fm");
-        w.state.prefs.masterPath = w.hostPath("main.fm");
         const std::string before = w.fileText("main.fm");
         for (const std::string& answer : c.typed) w.user.answerPrompt(answer);
         w.user.onDialog("br_DialogStringsListEditor", [&](headless::DialogUser& dialog) {

@@ -129,21 +129,25 @@ int BatchAgent::alert(const std::string& message, AlertKind kind) {
     return options_.yes ? 0 : 1;
 }
 
-int BatchAgent::promptString(const std::string& prompt, const std::string& initial, std::string& answer) {
-    if (conversing_) {
-        const ConversationStep* step = nextStep();
-        if (step && step->kind == ConversationStep::Kind::Answer) {
-            takeStep();
-            print(prompt + " [" + step->text + "]");
-            answer = step->text;
-            return 0;
-        }
-        if (step && step->kind == ConversationStep::Kind::CancelPrompt) takeStep();
-        else ++errors_;
-        print(prompt + (step && step->kind == ConversationStep::Kind::CancelPrompt ? " [cancelled]"
-                                                                                 : " [cancelled: the script gives no answer]"));
-        return 1;
+// The script's answer to a prompt or a file chooser: a step of `kind`, or
+// `cancel`; anything else leaves it cancelled and counts as an error.
+bool BatchAgent::scriptAnswer(const std::string& asked, ConversationStep::Kind kind, std::string& answer) {
+    const ConversationStep* step = nextStep();
+    if (step && step->kind == kind) {
+        takeStep();
+        print(asked + " [" + step->text + "]");
+        answer = step->text;
+        return true;
     }
+    const bool cancel = step && step->kind == ConversationStep::Kind::CancelPrompt;
+    if (cancel) takeStep();
+    else ++errors_;
+    print(asked + (cancel ? " [cancelled]" : " [cancelled: the script gives no answer]"));
+    return false;
+}
+
+int BatchAgent::promptString(const std::string& prompt, const std::string& initial, std::string& answer) {
+    if (conversing_) return scriptAnswer(prompt, ConversationStep::Kind::Answer, answer) ? 0 : 1;
     auto found = options_.promptAnswers.find(prompt);
     if (found == options_.promptAnswers.end()) {
         print(prompt + " [cancelled]");
@@ -157,18 +161,10 @@ int BatchAgent::promptString(const std::string& prompt, const std::string& initi
 int BatchAgent::chooseFile(const std::string& title, const std::string& directory, const std::string& defaultName,
                            int mode, std::string& chosen) {
     if (conversing_) {
-        const ConversationStep* step = nextStep();
-        if (step && step->kind == ConversationStep::Kind::File) {
-            takeStep();
-            print(title + " [" + step->text + "]");
-            chosen = toHostPath(step->text);
-            return 0;
-        }
-        if (step && step->kind == ConversationStep::Kind::CancelPrompt) takeStep();
-        else ++errors_;
-        print(title + (step && step->kind == ConversationStep::Kind::CancelPrompt ? " [cancelled]"
-                                                                                : " [cancelled: the script gives no file]"));
-        return 1;
+        std::string path;
+        if (!scriptAnswer(title, ConversationStep::Kind::File, path)) return 1;
+        chosen = toHostPath(path);
+        return 0;
     }
     auto found = options_.fileAnswers.find(title);
     if (found == options_.fileAnswers.end()) {

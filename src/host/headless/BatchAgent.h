@@ -112,6 +112,7 @@ private:
     std::vector<ConversationStep> steps_;
     std::size_t nextStep_ = 0;
     bool converse(DialogUser& dialog);
+    bool scriptAnswer(const std::string& asked, ConversationStep::Kind kind, std::string& answer);
 };
 
 }  // namespace voka::headless
