@@ -4,7 +4,7 @@
 
 namespace voka::cli {
 
-int migrateSiblingSettings(Session& session, const std::string& file, bool yes) {
+int migrateSiblingSettings(Session& session, const std::string& file, bool yes, bool withAttributes) {
     const Handle doc = session.openFile(file);
     if (doc == kNoObject) return kExitBadInput;
     if (objectType(doc) == kBookObject) {
@@ -12,6 +12,11 @@ int migrateSiblingSettings(Session& session, const std::string& file, bool yes) 
         return kExitUsage;
     }
     session.host().setActiveDocument(doc);
+    if (yes && !withAttributes) {
+        // Continue, not the master attributes, continue: the three questions in their order.
+        using Step = headless::ConversationStep;
+        session.agent().setConversation({Step{Step::Kind::Yes}, Step{Step::Kind::No}, Step{Step::Kind::Yes}});
+    }
     PluginState& state = session.plugin().state();
     state.lastCommandResult = 0;
     session.host().invokeCommand("vkp_MigrateQRV");

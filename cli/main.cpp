@@ -185,6 +185,9 @@ int main(int argc, char** argv) {
         "migrate", "Copy the schemes of a Quorvane master settings file into a new category of the main settings (the "
                    "per-user local copy) and merge its master attribute list into the attribute library; prints the "
                    "counts. Give --yes: the plug-in asks three questions first");
+    bool migrateNoAttributes = false;
+    migrate->add_flag("--no-attributes", migrateNoAttributes,
+                      "Leave the master attribute list out: answer No to the question about it");
     migrate->add_option("FILE", migrateFile, "Quorvane master settings file (resources/example/Quorvane_MasterSettings.fm)")
         ->required();
 
@@ -285,7 +288,7 @@ int main(int argc, char** argv) {
     else if (schemes->parsed()) code = voka::cli::listSchemes(session, schemesCategory);
     else if (info->parsed()) code = voka::cli::showInfo(session, infoFiles);
     else if (edit->parsed()) code = voka::cli::runEditScript(session, std::move(editSteps));
-    else if (migrate->parsed()) code = voka::cli::migrateSiblingSettings(session, migrateFile, options.yes);
+    else if (migrate->parsed()) code = voka::cli::migrateSiblingSettings(session, migrateFile, options.yes, !migrateNoAttributes);
     else if (importDitaval->parsed()) code = voka::cli::importDitaval(session, ditavalRequest);
     if (code != ExitCode::kExitNoStart) session.agent().printRepeatedWarnings();
     finish(code);

@@ -35,6 +35,7 @@ _voka() {
         import-ditaval) options="--category --scheme" ;;
         command) options="--dialog" ;;
         edit) options="--script" ;;
+        migrate) options="--no-attributes" ;;
     esac
     if [[ $cur == -* ]]; then
         COMPREPLY=($(compgen -W "$options $global" -- "$cur"))

@@ -56,6 +56,9 @@ TEST(VokaMigrate, TheShippedExampleBecomesACategoryEachRunANewOne) {
          "Software Hardware Quorvane Quorvane2 "},
         {"no colouring schemes", {"migrate", noColouring, "--yes"}, 0, counts(1, 0, 1, 3), true,
          "Software Hardware Quorvane Quorvane2 Quorvane3 "},
+        {"schemes without the master attributes", {"migrate", siblingExample(), "--yes", "--no-attributes"}, 0,
+         "not the master attributes. This is your last chance", true,
+         "Software Hardware Quorvane Quorvane2 Quorvane3 Quorvane4 "},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.what);
@@ -63,6 +66,9 @@ TEST(VokaMigrate, TheShippedExampleBecomesACategoryEachRunANewOne) {
         const ProcessResult run = runVoka(home, c.args);
         EXPECT_EQ(c.exit, run.exitCode) << run.err;
         EXPECT_NE(run.err.find(c.said), std::string::npos) << run.err;
+        if (c.what == std::string("schemes without the master attributes")) {
+            EXPECT_NE(run.err.find(counts(1, 1, 1, 0)), std::string::npos) << run.err;
+        }
         EXPECT_EQ(c.settingsChange, readFile(settings) != before) << "the main settings change only when migrated";
         const ProcessResult listed = runVoka(home, {"schemes"});
         std::string categories;
