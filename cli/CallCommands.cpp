@@ -30,10 +30,7 @@ int writeChanged(Session& session, const CallRequest& request) {
     }
     if (inputs.empty()) return kExitOk;
     const OutputPlan plan = planOutputs(request.outDir, inputs);
-    if (!plan.problem.empty()) {
-        std::cerr << "voka: " << plan.problem << " (choose another --out)\n";
-        return kExitUsage;
-    }
+    if (!plan.problem.empty()) return refuseOutputs(plan.problem);
     return writePlainPictures(session, plan, "voka call");
 }
 

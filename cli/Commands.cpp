@@ -171,10 +171,7 @@ int colorFiles(Session& session, const ColorRequest& request) {
     // Checked before any work, so that a refusal costs nothing and changes nothing.
     const OutputPlan plan = planOutputs(request.outDir, inputsOf(session, targets),
                                         request.fullForm ? OutputKind::Pictures : OutputKind::Documents);
-    if (!plan.problem.empty()) {
-        std::cerr << "voka: " << plan.problem << " (choose another --out)\n";
-        return kExitUsage;
-    }
+    if (!plan.problem.empty()) return refuseOutputs(plan.problem);
 
     PluginState& state = session.plugin().state();
     if (request.uncolor && (!request.category.empty() || !request.scheme.empty())) {
@@ -210,8 +207,7 @@ int colorFiles(Session& session, const ColorRequest& request) {
         auto rendering = [&](const headless::Document& doc) { return coloringRendering(session, outputs.doc, doc, title); };
         if (int code = writeDocumentAndPage(session, outputs, plan.folder, rendering, form); code != kExitOk) return code;
     }
-    const std::string indexTitle = targets.size() == 1 ? fs::path(targets.front().file).filename().string() : "voka color";
-    if (int code = writeIndexPage(plan, indexTitle); code != kExitOk) return code;
+    if (int code = writeIndexPage(plan, indexTitle(targets, "voka color")); code != kExitOk) return code;
     return session.unopenedChapters() ? kExitBadInput : kExitOk;
 }
 

@@ -23,11 +23,12 @@ int failed(const std::string& problem) {
 }
 
 // A document in its own vocabulary takes along the DTD that lay beside it.
-int writeLocalDtd(const headless::Document& model, const std::string& input, const std::string& output,
+int writeLocalDtd(Session& session, const headless::Document& model, const std::string& input, const std::string& output,
                   const std::string& outputFolder) {
     std::vector<std::string> written;
     std::string problem;
-    if (!copyLocalDtd(model.contentProlog, input, output, outputFolder, written, problem)) return failed(problem);
+    if (!copyLocalDtd(model.contentProlog, input, output, outputFolder, session.dtdPlaces(), written, problem))
+        return failed(problem);
     for (const std::string& path : written) std::cout << path << "\n";
     return kExitOk;
 }
@@ -89,6 +90,15 @@ std::vector<PlannedInput> inputsOf(Session& session, const std::vector<Target>& 
     return inputs;
 }
 
+int refuseOutputs(const std::string& problem) {
+    std::cerr << "voka: " << problem << " (choose another --out)\n";
+    return kExitUsage;
+}
+
+std::string indexTitle(const std::vector<Target>& targets, const std::string& command) {
+    return targets.size() == 1 ? fs::path(targets.front().file).filename().string() : command;
+}
+
 void activate(Session& session, const Target& target) {
     if (objectType(target.object) == kBookObject) session.host().setActiveBook(target.object);
     else session.host().setActiveDocument(target.object);
@@ -132,7 +142,7 @@ int writeDocumentAndPage(Session& session, const DocumentOutputs& outputs, const
     if (!saved.ok) return failed(saved.error);
     std::cout << outputs.saved << "\n";
     if (form == headless::SaveForm::AsRead && model->contentForm)
-        if (int code = writeLocalDtd(*model, outputs.input, outputs.saved, outputFolder); code != kExitOk) return code;
+        if (int code = writeLocalDtd(session, *model, outputs.input, outputs.saved, outputFolder); code != kExitOk) return code;
     if (cancelRequested()) return kExitCancelled;
     if (!written) return failed(pageProblem.empty() ? "cannot write " + outputs.page : pageProblem);
     std::cout << outputs.page << "\n";
@@ -194,7 +204,7 @@ int writeContentDocument(Session& session, Handle doc, const std::string& input,
     const headless::SaveResult saved = headless::saveDocument(*model, path, headless::SaveForm::AsRead);
     if (!saved.ok) return failed(saved.error);
     std::cout << path << "\n";
-    return model->contentForm ? writeLocalDtd(*model, input, path, outputFolder) : kExitOk;
+    return model->contentForm ? writeLocalDtd(session, *model, input, path, outputFolder) : kExitOk;
 }
 
 int writeBookFile(const std::vector<std::string>& chapters, const std::string& outputFolder, const std::string& path) {

@@ -17,6 +17,7 @@ namespace voka::cli {
 // The exit code of a plug-in command's result (1 done, 108 cancelled).
 int exitCodeOf(int result);
 
+
 // Every file a run on `target` reads, the documents among them, for planning outputs.
 std::vector<PlannedInput> inputsOf(Session& session, Handle target, const std::string& file);
 
@@ -32,6 +33,11 @@ int openTargets(Session& session, const std::vector<std::string>& files, std::ve
 std::vector<PlannedInput> inputsOf(Session& session, const std::vector<Target>& targets);
 // Makes the target active for the plug-in's next command.
 void activate(Session& session, const Target& target);
+
+// Says why the planned outputs may not be written; exit code 2.
+int refuseOutputs(const std::string& problem);
+// The index page's title: the one file's name, or the command's for several.
+std::string indexTitle(const std::vector<Target>& targets, const std::string& command);
 
 // Saves the document (in the host's full form, or in the form it was read
 // in) and writes its HTML picture, made by `rendering` from the model; prints

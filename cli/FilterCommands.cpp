@@ -168,11 +168,6 @@ int filterDuplicate(Session& session, const FilterRequest& request, const Target
     return kExitOk;
 }
 
-int refuse(const std::string& problem) {
-    std::cerr << "voka: " << problem << " (choose another --out)\n";
-    return kExitUsage;
-}
-
 }  // namespace
 
 int filterFiles(Session& session, const FilterRequest& request) {
@@ -187,12 +182,12 @@ int filterFiles(Session& session, const FilterRequest& request) {
         for (const Target& target : targets) {
             plans.push_back(planOutputs(request.outDir, inputsOf(session, target.object, target.file), OutputKind::Content));
             const OutputPlan& plan = plans.back();
-            if (!plan.problem.empty()) return refuse(plan.problem);
+            if (!plan.problem.empty()) return refuseOutputs(plan.problem);
             std::vector<std::string> written{plan.index};
             for (const DocumentOutputs& outputs : plan.documents) written.push_back(outputs.saved);
             for (const std::string& place : written)
                 if (!place.empty() && !places.insert(place).second)
-                    return refuse("two of the files given would both write " + place);
+                    return refuseOutputs("two of the files given would both write " + place);
         }
         for (std::size_t t = 0; t < targets.size(); ++t)
             if (int code = filterDuplicate(session, request, targets[t], plans[t]); code != kExitOk) return code;
@@ -200,7 +195,7 @@ int filterFiles(Session& session, const FilterRequest& request) {
     }
 
     const OutputPlan plan = planOutputs(request.outDir, inputsOf(session, targets), OutputKind::Pictures);
-    if (!plan.problem.empty()) return refuse(plan.problem);
+    if (!plan.problem.empty()) return refuseOutputs(plan.problem);
     for (const Target& target : targets) {
         activate(session, target);
         session.agent().addDialogScript(filterChoice(request, false, false));
@@ -217,8 +212,7 @@ int filterFiles(Session& session, const FilterRequest& request) {
         auto rendering = [&](const headless::Document&) { return filterRendering(session, title); };
         if (int code = writeDocumentAndPage(session, outputs, plan.folder, rendering); code != kExitOk) return code;
     }
-    const std::string indexTitle = targets.size() == 1 ? fs::path(targets.front().file).filename().string() : "voka filter";
-    if (int code = writeIndexPage(plan, indexTitle); code != kExitOk) return code;
+    if (int code = writeIndexPage(plan, indexTitle(targets, "voka filter")); code != kExitOk) return code;
     return session.unopenedChapters() ? kExitBadInput : kExitOk;
 }
 
@@ -226,7 +220,7 @@ int restoreFiles(Session& session, const std::vector<std::string>& files, const 
     std::vector<Target> targets;
     if (int code = openTargets(session, files, targets); code != kExitOk) return code;
     const OutputPlan plan = planOutputs(outDir, inputsOf(session, targets));
-    if (!plan.problem.empty()) return refuse(plan.problem);
+    if (!plan.problem.empty()) return refuseOutputs(plan.problem);
     for (const Target& target : targets) {
         activate(session, target);
         session.plugin().state().lastCommandResult = 0;
@@ -236,8 +230,7 @@ int restoreFiles(Session& session, const std::vector<std::string>& files, const 
             return session.unopenedChapters() ? kExitBadInput : cancelRequested() ? kExitCancelled : kExitFailed;
         }
     }
-    const std::string indexTitle = targets.size() == 1 ? fs::path(targets.front().file).filename().string() : "voka restore";
-    if (int code = writePlainPictures(session, plan, indexTitle); code != kExitOk) return code;
+    if (int code = writePlainPictures(session, plan, indexTitle(targets, "voka restore")); code != kExitOk) return code;
     return session.unopenedChapters() ? kExitBadInput : kExitOk;
 }
 

@@ -60,7 +60,8 @@ std::string doctypeSystemId(const std::string& prolog) {
 }
 
 bool copyLocalDtd(const std::string& prolog, const std::string& input, const std::string& output,
-                  const std::string& outputFolder, std::vector<std::string>& written, std::string& problem) {
+                  const std::string& outputFolder, std::set<std::string>& handled, std::vector<std::string>& written,
+                  std::string& problem) {
     const std::string systemId = doctypeSystemId(prolog);
     // Only a plain relative path that stays within the input's folder: a URI, an
     // absolute path or one climbing out is found by the output as by the input.
@@ -70,6 +71,7 @@ bool copyLocalDtd(const std::string& prolog, const std::string& input, const std
     if (relative.is_absolute() || relative.empty() || *relative.begin() == "..") return true;
     const fs::path from = fs::path(input).parent_path() / relative;
     const fs::path to = fs::path(output).parent_path() / relative;
+    if (!handled.insert(to.string()).second) return true;
     std::error_code ec;
     if (!fs::is_regular_file(from, ec) || fs::file_size(from, ec) > kLargestDtd || ec) return true;
     std::string bytes, there;

@@ -8,6 +8,7 @@
 #include "plugin/Plugin.h"
 
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -52,6 +53,9 @@ public:
     // ever written by it.
     void allowSavesIn(const std::string& systemFolder);
 
+    // The places a DTD was copied to (or found in place) in this run.
+    std::set<std::string>& dtdPlaces() { return dtdPlaces_; }
+
     headless::HeadlessHost& host() { return *host_; }
     headless::BatchAgent& agent() { return *agent_; }
     Plugin& plugin() { return *plugin_; }
@@ -64,6 +68,7 @@ private:
     std::unique_ptr<Plugin> plugin_;
     int unopenedChapters_ = 0;
     std::vector<std::string> writableFolders_;
+    std::set<std::string> dtdPlaces_;
 };
 
 }  // namespace voka::cli

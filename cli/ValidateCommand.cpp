@@ -44,7 +44,6 @@ Located locate(Session& session, ValidationFinding& found) {
     f.attribute = std::move(found.attribute);
     f.value = std::move(found.value);
     f.message = std::move(found.message);
-    f.file = shownPath(headless::toSystemPath(session.host().path(found.doc)));
     const headless::Document* model = session.host().document(found.doc);
     const headless::Index i = headless::handleIndex(found.element, kElementObject);
     if (!model || i == headless::kNil || i >= model->elements.size()) return located;
@@ -55,16 +54,18 @@ Located locate(Session& session, ValidationFinding& found) {
     return located;
 }
 
-// Lines and columns, reading each validated file once.
+// Files, lines and columns, reading each validated file once.
 void placeFindings(Session& session, std::vector<Located>& findings) {
     std::map<Handle, std::vector<std::size_t>> byDocument;
     for (std::size_t i = 0; i < findings.size(); ++i) byDocument[findings[i].doc].push_back(i);
     for (const auto& [doc, indexes] : byDocument) {
+        const std::string path = headless::toSystemPath(session.host().path(doc));
+        const std::string shown = shownPath(path);
         std::vector<std::uint32_t> ends;
         for (std::size_t i : indexes) ends.push_back(findings[i].tagEnd);
-        const std::vector<SourcePosition> positions =
-            startTagPositions(headless::toSystemPath(session.host().path(doc)), ends);
+        const std::vector<SourcePosition> positions = startTagPositions(path, ends);
         for (std::size_t k = 0; k < indexes.size(); ++k) {
+            findings[indexes[k]].finding.file = shown;
             findings[indexes[k]].finding.line = positions[k].line;
             findings[indexes[k]].finding.column = positions[k].column;
         }
@@ -159,10 +160,7 @@ int validateFiles(Session& session, const ValidateRequest& request) {
     if (int code = openTargets(session, request.files, targets); code != kExitOk) return code;
     const std::vector<PlannedInput> inputs = inputsOf(session, targets);
     const OutputPlan plan = planOutputs(request.outDir, inputs, OutputKind::Report, static_cast<int>(targets.size()));
-    if (!plan.problem.empty()) {
-        std::cerr << "voka: " << plan.problem << " (choose another --out)\n";
-        return kExitUsage;
-    }
+    if (!plan.problem.empty()) return refuseOutputs(plan.problem);
 
     PluginState& state = session.plugin().state();
     if (!request.category.empty() || !request.scheme.empty()) {

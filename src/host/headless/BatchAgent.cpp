@@ -206,7 +206,7 @@ void BatchAgent::answerFileChooser(const std::string& title, const std::string& 
 }
 
 // The dialog steps that follow, until the dialog is down or the script turns to something else.
-bool BatchAgent::converse(DialogUser& dialog) {
+void BatchAgent::converse(DialogUser& dialog) {
     while (dialog.isUp()) {
         const ConversationStep* step = nextStep();
         if (!step || step->kind != ConversationStep::Kind::Dialog) break;
@@ -229,7 +229,6 @@ bool BatchAgent::converse(DialogUser& dialog) {
         print("voka: dialog \"" + dialog.title() + "\" (" + dialog.name() + ") closed: the script goes on without it");
         dialog.cancel();
     }
-    return true;
 }
 
 void BatchAgent::runModalDialog(DialogUser& dialog) {

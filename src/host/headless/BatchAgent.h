@@ -111,7 +111,7 @@ private:
     bool conversing_ = false;
     std::vector<ConversationStep> steps_;
     std::size_t nextStep_ = 0;
-    bool converse(DialogUser& dialog);
+    void converse(DialogUser& dialog);
     bool scriptAnswer(const std::string& asked, ConversationStep::Kind kind, std::string& answer);
 };
 
